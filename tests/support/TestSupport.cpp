@@ -1,0 +1,21 @@
+#include "support/TestSupport.h"
+
+#include <QFile>
+
+ProgramFolder::ProgramFolder() = default;
+
+QByteArray ProgramFolder::read(const QString &name) const {
+    QFile f(file(name));
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
+void ProgramFolder::write(const QString &name, const QByteArray &bytes) const {
+    QFile f(file(name));
+    if (f.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        f.write(bytes);
+}
+
+QByteArray referenceFile(const QString &name) {
+    QFile f(QStringLiteral(NORVALE_REFERENCE_DIR "/") + name);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
