@@ -1,0 +1,25 @@
+#include "app/MainForm.h"
+
+#include <QLabel>
+#include <QTimer>
+
+void MainForm::setupUi(QMainWindow *Main) {
+    Ui::Main::setupUi(Main);
+    for (QAction *separator : {mtiret1, mtiret2, mtiret3, mtiret4})
+        separator->setSeparator(true);
+
+    Timer1 = new QTimer(Main);
+    Timer1->setObjectName(QStringLiteral("Timer1"));
+    Timer1->setInterval(50);
+    Timer2 = new QTimer(Main);
+    Timer2->setObjectName(QStringLiteral("Timer2"));
+    Timer2->setInterval(500);
+
+    StatusPanel1 = new QLabel(QStringLiteral("Statut"), StatusBar1);
+    StatusPanel1->setObjectName(QStringLiteral("StatusPanel1"));
+    StatusPanel1->setMinimumWidth(260);
+    StatusPanel2 = new QLabel(QStringLiteral("OK"), StatusBar1);
+    StatusPanel2->setObjectName(QStringLiteral("StatusPanel2"));
+    StatusBar1->addWidget(StatusPanel1);
+    StatusBar1->addWidget(StatusPanel2, 1);
+}
