@@ -6,12 +6,8 @@
 
 // Each line of the table: the id, blanks, then the text between the first and
 // the last double quote, so that leading and trailing blanks survive any editor.
-LanguageTable::LanguageTable() {
-    // The resources are compiled into the static library, where nothing references
-    // their object file: without this the linker leaves them out.
-    Q_INIT_RESOURCE(resources);
-    *this = LanguageTable(QStringLiteral(":/resources/language.txt"));
-}
+LanguageTable::LanguageTable()
+    : LanguageTable(QStringLiteral(":/resources/language.txt")) {}
 
 LanguageTable::LanguageTable(const QString &path) {
     QFile file(path);
