@@ -3,174 +3,31 @@
 #include "config/IniFile.h"
 #include "platform/ProfileString.h"
 #include "platform/RuntimeError.h"
-#include "radionet/RadioNetControl.h"
+#include "radionet/SimulatedRadioNet.h"
 #include "support/TestSupport.h"
 
 #include <QDir>
 #include <QFile>
 #include <QtTest>
-#include <vector>
 
 namespace {
-
-// A small stand-in for the radio network control: properties, the two lists and a
-// log of the method calls in the simulator's notation.
-class FakeSatellite : public Satellite {
-public:
-    explicit FakeSatellite(qint16 id)
-        : id_(id) {}
-    qint16 SatId() const override { return id_; }
-    void setSatId(qint16 satId) override { id_ = satId; }
-    qint32 Enabled() const override { return enabled_; }
-    void setEnabled(qint16 enabled) override { enabled_ = enabled; }
-    qint16 RfVersionMajor() const override { return 2; }
-    qint16 RfVersionMinor() const override { return 5; }
-    qint16 Interface() const override { return interface_; }
-    void setInterface(qint16 code) override { interface_ = code; }
-    qint16 RxFree() const override { return 28; }
-    qint16 TxFree() const override { return 30; }
-    void setNewSatId(qint16) override {}
-    void Detect() override {}
-    void RequestConfig() override {}
-    void Configure() override {}
-    void RequestStatus() override {}
-
-private:
-    qint16 id_;
-    qint32 enabled_ = 1;
-    qint16 interface_ = 1;
-};
-
-class FakeSatellites : public SatelliteList {
-public:
-    explicit FakeSatellites(QStringList &log)
-        : log_(log) {}
-    SatellitePtr Item(qint16 position) const override {
-        if (position < 1 || position > Count())
-            throw RuntimeError::subscriptOutOfRange();
-        return items_[position - 1];
-    }
-    SatellitePtr Add(qint16 satId) override {
-        log_ << QStringLiteral("Satellites.Add %1").arg(satId);
-        items_.push_back(std::make_shared<FakeSatellite>(satId));
-        return items_.back();
-    }
-    void Remove(qint16) override {}
-    qint32 Count() const override { return qint32(items_.size()); }
-    SatellitePtr ItemById(qint16 satId) const override {
-        for (const auto &item : items_)
-            if (item->SatId() == satId)
-                return item;
-        throw RuntimeError::subscriptOutOfRange();
-    }
-    void Clear() override {
-        log_ << QStringLiteral("Satellites.Clear");
-        items_.clear();
-    }
-
-private:
-    QStringList &log_;
-    std::vector<SatellitePtr> items_;
-};
-
-class FakeTerminal : public DeclaredTerminal {
-public:
-    explicit FakeTerminal(qint16 n)
-        : n_(n) {}
-    qint16 Number() const override { return n_; }
-
-private:
-    qint16 n_;
-};
-
-class FakeTerminals : public TerminalList {
-public:
-    explicit FakeTerminals(QStringList &log)
-        : log_(log) {}
-    DeclaredTerminalPtr Item(qint16 position) const override {
-        if (position < 1 || position > Count())
-            throw RuntimeError::subscriptOutOfRange();
-        return items_[position - 1];
-    }
-    DeclaredTerminalPtr Add(qint16 number) override {
-        log_ << QStringLiteral("Devices.Add %1").arg(number);
-        items_.push_back(std::make_shared<FakeTerminal>(number));
-        return items_.back();
-    }
-    qint32 Count() const override { return qint32(items_.size()); }
-    void Clear() override {
-        log_ << QStringLiteral("Devices.Clear");
-        items_.clear();
-    }
-    QList<qint16> numbers() const {
-        QList<qint16> out;
-        for (const auto &item : items_)
-            out << item->Number();
-        return out;
-    }
-
-private:
-    QStringList &log_;
-    std::vector<DeclaredTerminalPtr> items_;
-};
-
-class FakeRadioNet : public RadioNetControl {
-public:
-    QString BaudRate() const override { return baudRate; }
-    void setBaudRate(const QString &v) override { baudRate = v; }
-    SatelliteList &Satellites() override { return satellites; }
-    TerminalList &Devices() override { return devices; }
-    bool StartPolling() override { return true; }
-    bool StopPolling() override { return true; }
-    QString CommPort() const override { return commPort; }
-    void setCommPort(const QString &v) override { commPort = v; }
-    qint16 TimeOut() const override { return timeOut; }
-    void setTimeOut(qint16 v) override { timeOut = v; }
-    bool OpenPort() override { return true; }
-    bool ClosePort() override { return true; }
-    qint16 LinkState() const override { return 0; }
-    qint32 Synchro() const override { return synchro; }
-    void setSynchro(qint32 v) override { synchro = v; }
-    qint16 Timer() const override { return timer; }
-    void setTimer(qint16 v) override { timer = v; }
-    void SetNotification(bool &s, qint16 &n, qint16 &g) override {
-        log << QStringLiteral("SetNotification %1 %2 %3")
-                   .arg(s ? QStringLiteral("true") : QStringLiteral("false"))
-                   .arg(n)
-                   .arg(g);
-    }
-    void GetNotification(bool &, qint16 &, qint16 &) override {}
-    qint16 Mode() const override { return mode; }
-    void setMode(qint16 v) override { mode = v; }
-    bool Enabled() const override { return enabled; }
-    void setEnabled(bool v) override { enabled = v; }
-
-    QStringList log;
-    FakeSatellites satellites{log};
-    FakeTerminals devices{log};
-    QString baudRate = QStringLiteral("38400");
-    QString commPort = QStringLiteral("COM1");
-    qint16 timeOut = 100, timer = 100, mode = 0;
-    qint32 synchro = 1;
-    bool enabled = true;
-};
 
 struct SatelliteValues {
     qint16 id, interfaceCode;
     qint32 enabled;
 };
 
-void addSatellites(FakeRadioNet &net, const QList<SatelliteValues> &list) {
+void addSatellites(SimulatedRadioNet &net, const QList<SatelliteValues> &list) {
     for (const SatelliteValues &s : list) {
-        const SatellitePtr sat = net.satellites.Add(s.id);
+        const SatellitePtr sat = net.Satellites().Add(s.id);
         sat->setInterface(s.interfaceCode);
         sat->setEnabled(qint16(s.enabled));
     }
-    net.log.clear();
+    net.clearCallLog();
 }
 
 // The configuration of three-satellites.nvl.
-Globale threeSatellites(FakeRadioNet &net) {
+Globale threeSatellites(SimulatedRadioNet &net) {
     addSatellites(net, {{5, 1, 1}, {7, 0, 0}, {1999, 1, 1}});
     Globale g;
     g.FirstDevice = 10;
@@ -178,12 +35,19 @@ Globale threeSatellites(FakeRadioNet &net) {
     return g;
 }
 
-QStringList satellitesOf(FakeRadioNet &net) {
+QStringList satellitesOf(SimulatedRadioNet &net) {
     QStringList out;
-    for (qint16 i = 1; i <= net.satellites.Count(); ++i) {
-        const SatellitePtr s = net.satellites.Item(i);
+    for (qint16 i = 1; i <= net.Satellites().Count(); ++i) {
+        const SatellitePtr s = net.Satellites().Item(i);
         out << QStringLiteral("%1/%2/%3").arg(s->SatId()).arg(s->Interface()).arg(s->Enabled());
     }
+    return out;
+}
+
+QList<qint16> devicesOf(SimulatedRadioNet &net) {
+    QList<qint16> out;
+    for (qint16 i = 1; i <= net.Devices().Count(); ++i)
+        out << net.Devices().Item(i)->Number();
     return out;
 }
 
@@ -248,25 +112,26 @@ private slots:
     void writtenConfigurationIsByteExactAndRoundTrips() {
         ProgramFolder dir;
         const QString path = dir.file(QStringLiteral("three.nvl"));
-        FakeRadioNet net;
+        SimulatedRadioNet net;
         const Globale g = threeSatellites(net);
         QVERIFY(WriteConfigFile(path, net, g));
         const QByteArray golden = referenceFile(QStringLiteral("three-satellites.nvl"));
         QCOMPARE(readBytes(path), golden);
 
-        FakeRadioNet loaded;
-        loaded.commPort = "COM9";
-        loaded.timer = 7;
+        SimulatedRadioNet loaded;
+        loaded.setCommPort("COM9");
+        loaded.setTimer(7);
         QVERIFY(ReadConfigFile(path, loaded));
-        QCOMPARE(loaded.commPort, QStringLiteral("COM1"));
-        QCOMPARE(loaded.baudRate, QStringLiteral("38400"));
-        QCOMPARE(loaded.timer, qint16(100));
+        QCOMPARE(loaded.CommPort(), QStringLiteral("COM1"));
+        QCOMPARE(loaded.BaudRate(), QStringLiteral("38400"));
+        QCOMPARE(loaded.Timer(), qint16(100));
         QCOMPARE(satellitesOf(loaded), QStringList({"5/1/1", "7/0/0", "1999/1/1"}));
-        QCOMPARE(loaded.devices.numbers(), QList<qint16>({10, 11, 12}));
+        QCOMPARE(devicesOf(loaded), QList<qint16>({10, 11, 12}));
         // Empty lists are not cleared; the thirteen padding sections create nothing.
-        QCOMPARE(loaded.log, QStringList({"SetNotification true 1 10", "Devices.Add 10",
-                                          "Devices.Add 11", "Devices.Add 12", "Satellites.Add 5",
-                                          "Satellites.Add 7", "Satellites.Add 1999"}));
+        QCOMPARE(loaded.callLog(),
+                 QStringList({"SetNotification true 1 10", "Devices.Add 10", "Devices.Add 11",
+                              "Devices.Add 12", "Satellites.Add 5", "Satellites.Add 7",
+                              "Satellites.Add 1999"}));
 
         // Saving what was read gives the same bytes, and the previous version
         // survives as the backup.
@@ -367,7 +232,7 @@ private slots:
         QFile::setPermissions(locked, {});
         if (QFile probe(locked); !probe.open(QIODevice::ReadOnly)) { // the super-user reads it
             QVERIFY(!ReadIniKey("General", "CommPort", value, locked));
-            FakeRadioNet net;
+            SimulatedRadioNet net;
             QVERIFY(!ReadConfigFile(locked, net));
         }
         const QString huge = dir.file(QStringLiteral("huge.nvl"));
@@ -375,7 +240,7 @@ private slots:
         bytes.append(10 * 1024 * 1024, 'x');
         QVERIFY(writeBytes(huge, bytes));
         QVERIFY(!ReadIniKey("General", "A", value, huge));
-        FakeRadioNet net;
+        SimulatedRadioNet net;
         QVERIFY(!ReadConfigFile(huge, net));
     }
 
@@ -478,13 +343,13 @@ private slots:
                     .replace("BaudRate=38400", "BaudRate=+9600.50baud")
                     .replace("Enabled=1\r\nSynchro", "Enabled=true\r\nSynchro");
         QVERIFY(writeBytes(path, bytes));
-        FakeRadioNet net;
+        SimulatedRadioNet net;
         QVERIFY(ReadConfigFile(path, net));
-        QCOMPARE(net.timeOut, qint16(20)); // 20.5 rounds to the even 20
-        QCOMPARE(net.timer, qint16(20));   // the time-out again, never "Timer"
-        QCOMPARE(net.baudRate, QStringLiteral("9600.5"));
-        QVERIFY(!net.enabled);
-        QCOMPARE(net.log.first(), QStringLiteral("SetNotification false 1 10"));
+        QCOMPARE(net.TimeOut(), qint16(20)); // 20.5 rounds to the even 20
+        QCOMPARE(net.Timer(), qint16(20));   // the time-out again, never "Timer"
+        QCOMPARE(net.BaudRate(), QStringLiteral("9600.5"));
+        QVERIFY(!net.Enabled());
+        QCOMPARE(net.callLog().value(0), QStringLiteral("SetNotification false 1 10"));
 
         // The program's own notification copy is what the next save writes.
         Globale g;
@@ -508,9 +373,10 @@ private slots:
             << goldenWith("FirstDevice=10", "FirstDevice=5")
                    .replace("LastDevice=12", "LastDevice=3")
             << QStringList({"5/1/1", "7/0/0", "1999/1/1"}) << QList<qint16>();
-        // The list is keyed by SatId: the second 5 is added, the first takes its values.
+        // The list is keyed by SatId: the second 5 is added with the control's
+        // defaults (0/0) and the first takes its values.
         QTest::newRow("repeated SatId")
-            << goldenWith("SatId=7", "SatId=5") << QStringList({"5/0/0", "5/1/1", "1999/1/1"})
+            << goldenWith("SatId=7", "SatId=5") << QStringList({"5/0/0", "5/0/0", "1999/1/1"})
             << QList<qint16>{10, 11, 12};
     }
     void readerContent() {
@@ -520,10 +386,10 @@ private slots:
         ProgramFolder dir;
         const QString path = dir.file(QStringLiteral("c.nvl"));
         QVERIFY(writeBytes(path, content));
-        FakeRadioNet net;
+        SimulatedRadioNet net;
         QVERIFY(ReadConfigFile(path, net));
         QCOMPARE(satellitesOf(net), satellites);
-        QCOMPARE(net.devices.numbers(), devices);
+        QCOMPARE(devicesOf(net), devices);
     }
 
     void readerFailurePath_data() {
@@ -546,28 +412,27 @@ private slots:
         ProgramFolder dir;
         const QString path = dir.file(QStringLiteral("bad.nvl"));
         QVERIFY(writeBytes(path, content));
-        FakeRadioNet net;
-        net.commPort = "COM4";
+        SimulatedRadioNet net;
+        net.setCommPort("COM4");
         addSatellites(net, {{3, 1, 1}});
-        net.devices.Add(4);
-        net.log.clear();
+        net.Devices().Add(4);
+        net.clearCallLog();
         QVERIFY(!ReadConfigFile(path, net));
-        QCOMPARE(net.commPort, commPort);
-        QCOMPARE(net.satellites.Count(), 0);
-        QCOMPARE(net.devices.Count(), 0);
+        QCOMPARE(net.CommPort(), commPort);
+        QCOMPARE(net.Satellites().Count(), 0);
+        QCOMPARE(net.Devices().Count(), 0);
         // The failure path empties the satellites first, then the terminals.
-        QVERIFY(net.log.size() >= 2);
-        QCOMPARE(net.log.mid(net.log.size() - 2),
-                 QStringList({"Satellites.Clear", "Devices.Clear"}));
+        QStringList log = net.callLog();
+        QVERIFY(log.size() >= 2);
+        QCOMPARE(log.mid(log.size() - 2), QStringList({"Satellites.Clear", "Devices.Clear"}));
 
         // A list is cleared only when it holds something: starting empty, only what
         // the reader added before failing is cleared.
-        net.log.clear();
+        net.clearCallLog();
         QVERIFY(!ReadConfigFile(path, net));
-        const bool satellitesAdded = net.log.filter("Satellites.Add").size() > 0;
-        const bool devicesAdded = net.log.filter("Devices.Add").size() > 0;
-        QCOMPARE(net.log.contains("Satellites.Clear"), satellitesAdded);
-        QCOMPARE(net.log.contains("Devices.Clear"), devicesAdded);
+        log = net.callLog();
+        QCOMPARE(log.contains("Satellites.Clear"), !log.filter("Satellites.Add").isEmpty());
+        QCOMPARE(log.contains("Devices.Clear"), !log.filter("Devices.Add").isEmpty());
         QVERIFY(!ReadConfigFile(dir.file("missing.nvl"), net));
     }
 
@@ -579,7 +444,7 @@ private slots:
         const QString backup = dir.file(QStringLiteral("data.bak"));
         QVERIFY(writeBytes(path, "first"));
         QVERIFY(writeBytes(backup, "older"));
-        FakeRadioNet net;
+        SimulatedRadioNet net;
         const Globale g = threeSatellites(net);
         QVERIFY(WriteConfigFile(path, net, g));
         QCOMPARE(readBytes(backup), QByteArray("first"));
@@ -607,16 +472,16 @@ private slots:
         QFETCH(bool, result);
         ProgramFolder dir;
         const QString path = dir.file(QStringLiteral("full.nvl"));
-        FakeRadioNet net;
+        SimulatedRadioNet net;
         QList<SatelliteValues> list;
         for (int i = 1; i <= count; ++i)
             list.append({qint16(100 + i), 1, 1});
         addSatellites(net, list);
         QVERIFY(WriteConfigFile(path, net, Globale()) == result);
         // The file is complete either way and reads back.
-        FakeRadioNet loaded;
+        SimulatedRadioNet loaded;
         QVERIFY(ReadConfigFile(path, loaded));
-        QCOMPARE(loaded.satellites.Count(), qMin(count, 16));
+        QCOMPARE(loaded.Satellites().Count(), qMin(count, 16));
         QString id;
         QCOMPARE(ReadIniKey(QStringLiteral("Satellite%1").arg(count), "SatId", id, path), true);
         QCOMPARE(id, QString::number(100 + count));
@@ -631,7 +496,7 @@ private slots:
         const QByteArray previous = referenceFile(QStringLiteral("three-satellites.nvl"));
         QVERIFY(writeBytes(path, previous));
         QVERIFY(writeBytes(backup, "older"));
-        FakeRadioNet net;
+        SimulatedRadioNet net;
         addSatellites(net, {{42, 1, 1}});
         {
             ReadOnly guard(path);
@@ -649,7 +514,7 @@ private slots:
         QCOMPARE(readBytes(backup), QByteArray("older"));
         QVERIFY(!WriteConfigFile(dir.file("missing/keep.nvl"), net, Globale()));
 
-        FakeRadioNet loaded;
+        SimulatedRadioNet loaded;
         QVERIFY(ReadConfigFile(path, loaded));
         QCOMPARE(satellitesOf(loaded), QStringList({"5/1/1", "7/0/0", "1999/1/1"}));
     }
@@ -658,12 +523,12 @@ private slots:
         ProgramFolder dir;
         QVERIFY(QDir(dir.path()).mkpath(QStringLiteral("Réseau Ünï")));
         const QString path = dir.file(QStringLiteral("Réseau Ünï/câble-東京.nvl"));
-        FakeRadioNet net;
+        SimulatedRadioNet net;
         const Globale g = threeSatellites(net);
         QVERIFY(WriteConfigFile(path, net, g));
         QVERIFY(WriteConfigFile(path, net, g));
         QVERIFY(QFile::exists(dir.file(QStringLiteral("Réseau Ünï/câble-東京.bak"))));
-        FakeRadioNet loaded;
+        SimulatedRadioNet loaded;
         QVERIFY(ReadConfigFile(path, loaded));
         QCOMPARE(satellitesOf(loaded), satellitesOf(net));
 
