@@ -2,7 +2,6 @@
 #include "config/Globale.h"
 #include "config/IniFile.h"
 #include "platform/ProfileString.h"
-#include "platform/RuntimeError.h"
 #include "radionet/SimulatedRadioNet.h"
 #include "support/TestSupport.h"
 
@@ -26,8 +25,16 @@ void addSatellites(SimulatedRadioNet &net, const QList<SatelliteValues> &list) {
     net.clearCallLog();
 }
 
-// The configuration of three-satellites.nvl.
+// The configuration of three-satellites.nvl: the link defaults, terminals 10 to 12
+// and three satellites.
 Globale threeSatellites(SimulatedRadioNet &net) {
+    net.setCommPort("COM1");
+    net.setBaudRate("38400");
+    net.setEnabled(true);
+    net.setSynchro(1);
+    net.setTimeOut(100);
+    net.setTimer(100);
+    net.setMode(0);
     addSatellites(net, {{5, 1, 1}, {7, 0, 0}, {1999, 1, 1}});
     Globale g;
     g.FirstDevice = 10;
