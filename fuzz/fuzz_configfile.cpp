@@ -46,13 +46,15 @@ void checkWriteReadsBack(const QString &path, const QString &section, const QStr
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
-    QTemporaryDir dir(QDir::tempPath() + QStringLiteral("/norvale-fuzz-XXXXXX"));
+    // One scratch folder for the whole run, removed at exit: a folder per input
+    // costs more time than the routines under test.
+    static const QTemporaryDir dir(QDir::tempPath() + QStringLiteral("/norvale-fuzz-XXXXXX"));
     if (!dir.isValid())
         fail("no scratch folder");
     const QString path = dir.filePath(QStringLiteral("input.nvl"));
     {
         QFile f(path);
-        if (!f.open(QIODevice::WriteOnly) ||
+        if (!f.open(QIODevice::WriteOnly | QIODevice::Truncate) ||
             f.write(reinterpret_cast<const char *>(data), qint64(size)) != qint64(size))
             fail("cannot write the scratch file");
     }
