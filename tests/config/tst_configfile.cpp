@@ -347,14 +347,12 @@ private slots:
         QByteArray bytes = goldenWith("Timer=100", "Timer=50");
         bytes = bytes.replace("TimeOut=100", "TimeOut=20.5s")
                     .replace("SendToPc=1", "SendToPc=01")
-                    .replace("BaudRate=38400", "BaudRate=+9600.50baud")
                     .replace("Enabled=1\r\nSynchro", "Enabled=true\r\nSynchro");
         QVERIFY(writeBytes(path, bytes));
         SimulatedRadioNet net;
         QVERIFY(ReadConfigFile(path, net));
         QCOMPARE(net.TimeOut(), qint16(20)); // 20.5 rounds to the even 20
         QCOMPARE(net.Timer(), qint16(20));   // the time-out again, never "Timer"
-        QCOMPARE(net.BaudRate(), QStringLiteral("9600.5"));
         QVERIFY(!net.Enabled());
         QCOMPARE(net.callLog().value(0), QStringLiteral("SetNotification false 1 10"));
 
@@ -364,6 +362,27 @@ private slots:
         QString sendToPc;
         QVERIFY(ReadIniKey("General", "SendToPc", sendToPc, dir.file("other.nvl")));
         QCOMPARE(sendToPc, QStringLiteral("1"));
+    }
+
+    void baudRateIsReadAsANumber_data() {
+        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<QString>("baudRate");
+        QTest::newRow("plain") << QByteArray("38400") << "38400";
+        QTest::newRow("trailing text and zero") << QByteArray("+9600.50baud") << "9600.5";
+        QTest::newRow("no exponent form") << QByteArray("1000000") << "1000000";
+        QTest::newRow("point zero") << QByteArray("115200.0") << "115200";
+        QTest::newRow("minus zero") << QByteArray("-0") << "0";
+        QTest::newRow("no number") << QByteArray("fast") << "0";
+    }
+    void baudRateIsReadAsANumber() {
+        QFETCH(QByteArray, text);
+        QFETCH(QString, baudRate);
+        ProgramFolder dir;
+        const QString path = dir.file(QStringLiteral("b.nvl"));
+        QVERIFY(writeBytes(path, goldenWith("BaudRate=38400", "BaudRate=" + text)));
+        SimulatedRadioNet net;
+        QVERIFY(ReadConfigFile(path, net));
+        QCOMPARE(net.BaudRate(), baudRate);
     }
 
     void readerContent_data() {
