@@ -6,7 +6,9 @@
 #include <QCoreApplication>
 #include <QTimer>
 
-Pause::Pause(Globale &g, QTimer &timer1) : g_(g), timer1_(timer1) {}
+Pause::Pause(Globale &g, QTimer &timer1)
+    : g_(g)
+    , timer1_(timer1) {}
 
 void Pause::run() {
     g_.WaitTicks = 0;
@@ -22,4 +24,6 @@ void Pause::run() {
     timer1_.stop();
 }
 
-void Pause::Timer1_Timer() { g_.WaitTicks = add16(g_.WaitTicks, 1); }
+void Pause::Timer1_Timer() {
+    g_.WaitTicks = add16(g_.WaitTicks, 1);
+}

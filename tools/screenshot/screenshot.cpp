@@ -63,9 +63,8 @@ int main(int argc, char *argv[]) {
         waitUntil([&] { return mfg2->item(3, 1)->text().contains(QLatin1String("OK")); }, 10000);
     }
     settle(300);
-    const QPixmap shot = window.screen()->grabWindow(0, window.x(), window.y(),
-                                                     window.frameGeometry().width(),
-                                                     window.frameGeometry().height());
+    const QPixmap shot = window.screen()->grabWindow(
+        0, window.x(), window.y(), window.frameGeometry().width(), window.frameGeometry().height());
     if (!shot.save(args[3])) {
         std::fprintf(stderr, "cannot write %s\n", qPrintable(args[3]));
         return 1;
