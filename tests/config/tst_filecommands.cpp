@@ -71,10 +71,13 @@ private slots:
         h.w<QTableWidget>("MFG1")->item(0, 1)->setText(QStringLiteral("stale"));
         h.w<QComboBox>("C_Interface")->setCurrentText(QStringLiteral("RS-485"));
 
-        FileDialogAnswerer answer({file});
-        h.trigger("mOuvrir");
-        QCOMPARE(answer.dialogsSeen(), 1);
-        const FileDialogAnswerer::Shown dialog = answer.first();
+        FileDialogAnswerer::Shown dialog;
+        {
+            FileDialogAnswerer answer({file});
+            h.trigger("mOuvrir");
+            QCOMPARE(answer.dialogsSeen(), 1);
+            dialog = answer.first();
+        }
         QVERIFY(dialog.nonNative);
         QCOMPARE(dialog.acceptMode, QFileDialog::AcceptOpen);
         QCOMPARE(dialog.fileMode, QFileDialog::ExistingFile);
@@ -379,6 +382,9 @@ private slots:
         QTest::addColumn<bool>("offered");
         QTest::newRow("valid") << "10" << true << true;
         QTest::newRow("range error") << "13" << true << false;
+        // The first box is checked before the last: a refused first (0) is then
+        // counted from, and the last check's success allows saving.
+        QTest::newRow("refused first") << "0" << true << true;
         QTest::newRow("no satellite") << "10" << false << false;
     }
     void fileMenuOffersSaveAs() {

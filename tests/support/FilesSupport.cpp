@@ -5,6 +5,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
@@ -45,11 +46,23 @@ void FileDialogAnswerer::poll() {
         dialog->reject();
         return;
     }
+    // Accepted from a timer of its own: a timer does not fire again while its own
+    // slot runs, and the accept may wait in a message box that this poll must close.
     answering_ = true;
-    dialog->selectFile(files_.takeFirst());
-    // Through QDialog: the file dialog's own accept (its checks included) is protected.
-    static_cast<QDialog *>(dialog)->accept();
-    answering_ = false;
+    const QString file = files_.takeFirst();
+    QTimer::singleShot(0, &timer_, [this, dialog = QPointer<QFileDialog>(dialog), file] {
+        if (dialog) {
+            // Typed into the name box, as the user does: selectFile leaves a box
+            // that has the focus alone.
+            if (auto *name = dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit")))
+                name->setText(file);
+            else
+                dialog->selectFile(file);
+            // Through QDialog: the file dialog's accept, with its checks, is protected.
+            static_cast<QDialog *>(dialog.data())->accept();
+        }
+        answering_ = false;
+    });
 }
 
 QByteArray configFileBytes(const ConfigSpec &spec) {
