@@ -1,5 +1,6 @@
 #include "app/Main.h"
 
+#include "about/AboutDialog.h"
 #include "app/FocusOutFilter.h"
 #include "app/Language.h"
 #include "app/MainForm.h"
@@ -22,7 +23,6 @@
 #include "satellites/SatelliteView.h"
 
 #include <QCloseEvent>
-#include <QCoreApplication>
 #include <QLabel>
 #include <QTimer>
 
@@ -67,6 +67,7 @@ struct Main::Parts {
                    ui.C_port, ui.C_timeout, ui.Text1, ui.Text2, ui.L_nbTPChiffre, ui.Text3,
                    ui.C_Interface, ui.Check1, ui.StatusPanel1, ui.StatusPanel2},
                   g, texts, RF1, settings, recent, language, link)
+        , about(g, texts, &main)
         , focusOut(&main) {
         g.ProgramFolder = programFolder;
         recent.setFileCommands(files);
@@ -91,6 +92,7 @@ struct Main::Parts {
     FileCommands files;
     Language language;
     Startup startup;
+    About about;
     FocusOutFilter focusOut;
 };
 
@@ -116,8 +118,10 @@ Main::~Main() {
 }
 
 void Main::closeEvent(QCloseEvent *event) {
+    // Never a prompt, never a save: the window goes, and with the last window Qt
+    // ends the program. Exiting the event loops from here would also cut short any
+    // dialog or wait of a host that goes on living, such as a test.
     event->accept();
-    QCoreApplication::exit(0);
 }
 
 void Main::wire() {
@@ -148,6 +152,7 @@ void Main::wire() {
     // Options and help
     onTrigger(ui->m_French, &p.language, &Language::m_French_Click);
     onTrigger(ui->m_English, &p.language, &Language::m_English_Click);
+    onTrigger(ui->m_apropos, &p.about, &About::m_apropos_Click);
 
     // General tab
     onFocusOut(ui->C_port, &p.general, &GeneralFields::C_port_LostFocus);
