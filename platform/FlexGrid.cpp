@@ -47,6 +47,8 @@ void setLayout(QTableWidget *grid, int rows, int cols, int fixedRows, int fixedC
     grid->setProperty("fixedCols", fixedCols);
     grid->horizontalHeader()->hide();
     grid->verticalHeader()->hide();
+    // Rows as tall as a line of text, as the design's grid draws them.
+    grid->verticalHeader()->setDefaultSectionSize(grid->fontMetrics().height() + 8);
     grid->setEditTriggers(QAbstractItemView::NoEditTriggers);
     grid->setSelectionMode(QAbstractItemView::NoSelection);
     const QBrush headerBrush = grid->palette().button();
