@@ -161,14 +161,13 @@ bool loadConfiguration(const QString &fileName, RadioNetControl &net) {
 bool WriteConfigFile(const QString &FileName, RadioNetControl &RF1, const Globale &g) {
     try {
         // The backup name is cut at the first "." of the whole path, a dot in a
-        // folder name included; a name without one is refused before anything is
-        // touched.
-        const qsizetype dot = FileName.indexOf(u'.');
-        if (dot < 0)
-            return false;
-        if (QFileInfo(FileName).isFile() &&
-            !moveToBackup(FileName, FileName.left(dot) + QStringLiteral(".bak")))
-            return false;
+        // folder name included. An existing file whose name has no dot gets no
+        // backup, and so is left untouched: the save fails.
+        if (QFileInfo(FileName).isFile()) {
+            const qsizetype dot = FileName.indexOf(u'.');
+            if (dot < 0 || !moveToBackup(FileName, FileName.left(dot) + QStringLiteral(".bak")))
+                return false;
+        }
 
         // A key that cannot be written ends the save; what was written stays.
         struct KeyNotWritten {};

@@ -477,9 +477,14 @@ private slots:
         QCOMPARE(readBytes(path), referenceFile(QStringLiteral("three-satellites.nvl")));
         QVERIFY(!QFile::exists(dir.file(QStringLiteral("data.v2/net.bak"))));
 
-        // A name without a dot is refused before anything is written.
-        QVERIFY(!WriteConfigFile(dir.file(QStringLiteral("nodot")), net, g));
-        QVERIFY(!QFile::exists(dir.file(QStringLiteral("nodot"))));
+        // A new file needs no backup, dot or not; an existing one without a dot
+        // cannot have one and is left as it was.
+        const QString noDot = dir.file(QStringLiteral("nodot"));
+        QVERIFY(WriteConfigFile(noDot, net, g));
+        QCOMPARE(readBytes(noDot), referenceFile(QStringLiteral("three-satellites.nvl")));
+        QVERIFY(writeBytes(noDot, "kept"));
+        QVERIFY(!WriteConfigFile(noDot, net, g));
+        QCOMPARE(readBytes(noDot), QByteArray("kept"));
         // A file that would be its own backup is kept as it is.
         QVERIFY(writeBytes(dir.file("same.bak"), "same"));
         QVERIFY(!WriteConfigFile(dir.file(QStringLiteral("same.bak")), net, g));
