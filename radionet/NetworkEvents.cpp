@@ -26,7 +26,9 @@ NetworkEvents::NetworkEvents(Widgets w, Globale &g, const Texts &texts, RadioNet
     , link_(link)
     , view_(view) {}
 
-double NetworkEvents::shownSatId() const { return leadingNumber(w_.Text3->text()); }
+double NetworkEvents::shownSatId() const {
+    return leadingNumber(w_.Text3->text());
+}
 
 void NetworkEvents::setValue(int row, const QString &text) {
     FlexGrid::setText(w_.MFG1, row, 1, text);
@@ -43,14 +45,15 @@ void NetworkEvents::RF1_SatelliteAnswered(qint16 SatId, const QString &Identity)
     const SatellitePtr current = RF1_.Satellites().Item(g_.CurrentSatelliteIndex);
     const double shown = shownSatId();
     if (shown == SatId || shown == AnySatellite) {
-        view_.PrepareValueColumn();
         if (Identity.startsWith(QStringLiteral("QX"))) {
             w_.Text3->setText(QString::number(SatId));
             current->setSatId(SatId);
             g_.LastSatId = SatId;
+            view_.PrepareValueColumn();
             setValue(0, QString::number(SatId));
         } else {
             // Not a satellite of ours: its identifier is not shown.
+            view_.PrepareValueColumn();
             setValue(0, QString());
         }
         for (int row = 1; row <= 5; ++row)
@@ -76,7 +79,8 @@ void NetworkEvents::RF1_ConfigReceived(qint16 SatId) {
         FlexGrid::setRedraw(w_.MFG1, false);
         view_.PrepareValueColumn();
         setValue(0, QString::number(SatId));
-        setValue(1, current->Interface() == 1 ? QStringLiteral("RS-232") : QStringLiteral("RS-485"));
+        setValue(1,
+                 current->Interface() == 1 ? QStringLiteral("RS-232") : QStringLiteral("RS-485"));
         setValue(2, QString::number(current->Enabled()));
         setValue(3, QString::number(current->RfVersionMajor()) + u'.' +
                         QString::number(current->RfVersionMinor()));
