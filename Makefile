@@ -28,7 +28,7 @@ fuzz:
 	tools/run-fuzz.sh build/fuzz $(SECONDS)
 
 screenshots: build
-	tools/screenshots.sh build/release/norvale-setup docs
+	tools/screenshots.sh build/release docs
 
 format:
 	git ls-files '*.cpp' '*.h' | xargs clang-format -i

@@ -3,8 +3,8 @@
 # only those missing; uses sudo when not root.
 set -euo pipefail
 
-packages=(cmake ninja-build g++ qt6-base-dev qt6-base-dev-tools libgl-dev xvfb xauth x11-apps
-          imagemagick fonts-dejavu-core)
+packages=(cmake ninja-build g++ make qt6-base-dev qt6-base-dev-tools libgl-dev
+          xvfb x11-utils fonts-dejavu-core)
 case "${1:-}" in
     --bench) packages+=(libbenchmark-dev) ;;
     --fuzz) packages+=(clang libclang-rt-14-dev) ;;

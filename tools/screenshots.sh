@@ -1,0 +1,25 @@
+#!/usr/bin/env bash
+# Screenshots of the real window under Xvfb, in English and in French:
+#   tools/screenshots.sh <build folder> <output folder>
+set -euo pipefail
+tool=$(realpath "$1/tools/norvale-screenshot")
+out=$(realpath -m "${2:-docs}")
+mkdir -p "$out"
+work=$(mktemp -d)
+display=:$((90 + RANDOM % 100))
+Xvfb "$display" -screen 0 1280x800x24 -nolisten tcp >/dev/null 2>&1 &
+xvfb=$!
+trap 'kill $xvfb 2>/dev/null || true; rm -rf "$work"' EXIT
+export DISPLAY=$display QT_QPA_PLATFORM=xcb
+for _ in $(seq 100); do xdpyinfo >/dev/null 2>&1 && break; sleep 0.1; done
+
+shoot() { # language tab file
+    printf '[General]\r\nVersion=TALMOR NORVALE CONFIGURATION FILE\r\nLanguage=%s\r\n' "$1" >"$work/Setup.ini"
+    "$tool" "$work" "$2" "$out/$3"
+    echo "$out/$3"
+}
+shoot US 0 main-en.png
+shoot FR 0 main-fr.png
+shoot US 1 satellites-en.png
+shoot FR 1 satellites-fr.png
+shoot US test test-en.png
