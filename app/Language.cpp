@@ -75,6 +75,10 @@ void Language::choose(const char *language, QAction *tick, QAction *untick) {
     settings_.WriteSettings(); // a failed write is not reported here
 }
 
-void Language::m_French_Click() { choose("FR", w_.m_French, w_.m_English); }
+void Language::m_French_Click() {
+    choose("FR", w_.m_French, w_.m_English);
+}
 
-void Language::m_English_Click() { choose("US", w_.m_English, w_.m_French); }
+void Language::m_English_Click() {
+    choose("US", w_.m_English, w_.m_French);
+}

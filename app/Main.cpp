@@ -1,5 +1,6 @@
 #include "app/Main.h"
 
+#include "about/AboutDialog.h"
 #include "app/FocusOutFilter.h"
 #include "app/Language.h"
 #include "app/MainForm.h"
@@ -47,22 +48,27 @@ struct Main::Parts {
                  texts, RF1, link, view)
         , testMode({ui.Onglet1, ui.MFG2, ui.b_Config, ui.Timer2, ui.StatusPanel1}, g, RF1, fields,
                    link, pause)
-        , recent({{ui.mFile1, ui.mFile2, ui.mFile3, ui.mfile4}, ui.mtiret3, ui.m_enregistrer,
+        , recent({{ui.mFile1, ui.mFile2, ui.mFile3, ui.mfile4},
+                  ui.mtiret3,
+                  ui.m_enregistrer,
                   ui.StatusPanel2},
                  g, texts, RF1, settings)
         , files({&main, ui.m_enregistrer, ui.m_enregistersous, ui.C_port, ui.C_timeout, ui.Text1,
                  ui.Text2, ui.L_nbTPChiffre, ui.Text3, ui.C_Interface, ui.Check1, ui.StatusPanel2},
                 g, texts, RF1, general, view, recent)
-        , language({ui.mFichier, ui.mOuvrir, ui.m_enregistrer, ui.m_enregistersous, ui.mQuitter,
-                    ui.m_Options, ui.m_French, ui.m_English, ui.m_aide, ui.m_apropos, ui.Onglet1,
-                    ui.F_port, ui.F_terminaux, ui.L_firsTP, ui.L_lastTP, ui.L_nbTP, ui.Label5,
-                    ui.L_satID, ui.Label1, ui.Check1, ui.b_ClearAll, ui.b_Insert, ui.b_Supp,
-                    ui.b_GetConfig, ui.b_Config, ui.b_Alive, ui.b_Debut_test, ui.b_Fin_Test},
+        , language({ui.mFichier,    ui.mOuvrir,   ui.m_enregistrer, ui.m_enregistersous,
+                    ui.mQuitter,    ui.m_Options, ui.m_French,      ui.m_English,
+                    ui.m_aide,      ui.m_apropos, ui.Onglet1,       ui.F_port,
+                    ui.F_terminaux, ui.L_firsTP,  ui.L_lastTP,      ui.L_nbTP,
+                    ui.Label5,      ui.L_satID,   ui.Label1,        ui.Check1,
+                    ui.b_ClearAll,  ui.b_Insert,  ui.b_Supp,        ui.b_GetConfig,
+                    ui.b_Config,    ui.b_Alive,   ui.b_Debut_test,  ui.b_Fin_Test},
                    g, texts, link, general, settings)
         , startup({ui.Timer1, ui.m_enregistrer, ui.m_French, ui.m_English, ui.MFG1, ui.MFG2,
                    ui.C_port, ui.C_timeout, ui.Text1, ui.Text2, ui.L_nbTPChiffre, ui.Text3,
                    ui.C_Interface, ui.Check1, ui.StatusPanel1, ui.StatusPanel2},
                   g, texts, RF1, settings, recent, language, link)
+        , about(g, texts, &main)
         , focusOut(&main) {
         g.ProgramFolder = programFolder;
         recent.setFileCommands(files);
@@ -87,6 +93,7 @@ struct Main::Parts {
     FileCommands files;
     Language language;
     Startup startup;
+    About about;
     FocusOutFilter focusOut;
 };
 
@@ -130,7 +137,8 @@ void Main::wire() {
     };
 
     // File menu
-    connect(ui->mFichier, &QMenu::aboutToShow, this, guard(&p.files, &FileCommands::mFichier_Click));
+    connect(ui->mFichier, &QMenu::aboutToShow, this,
+            guard(&p.files, &FileCommands::mFichier_Click));
     onTrigger(ui->mOuvrir, &p.files, &FileCommands::mOuvrir_Click);
     onTrigger(ui->m_enregistrer, &p.files, &FileCommands::m_enregistrer_Click);
     onTrigger(ui->m_enregistersous, &p.files, &FileCommands::m_enregistersous_Click);
@@ -143,13 +151,16 @@ void Main::wire() {
     // Options and help
     onTrigger(ui->m_French, &p.language, &Language::m_French_Click);
     onTrigger(ui->m_English, &p.language, &Language::m_English_Click);
+    onTrigger(ui->m_apropos, &p.about, &About::m_apropos_Click);
 
     // General tab
     onFocusOut(ui->C_port, &p.general, &GeneralFields::C_port_LostFocus);
     onFocusOut(ui->C_timeout, &p.general, &GeneralFields::C_timeout_LostFocus);
-    connect(ui->Text1, &QLineEdit::textChanged, this, guard(&p.general, &GeneralFields::Text1_Change));
+    connect(ui->Text1, &QLineEdit::textChanged, this,
+            guard(&p.general, &GeneralFields::Text1_Change));
     onFocusOut(ui->Text1, &p.general, &GeneralFields::Text1_LostFocus);
-    connect(ui->Text2, &QLineEdit::textChanged, this, guard(&p.general, &GeneralFields::Text2_Change));
+    connect(ui->Text2, &QLineEdit::textChanged, this,
+            guard(&p.general, &GeneralFields::Text2_Change));
     onFocusOut(ui->Text2, &p.general, &GeneralFields::Text2_LostFocus);
 
     // Satellite tab
@@ -166,14 +177,16 @@ void Main::wire() {
     onClick(ui->b_Config, &p.commands, &SatelliteCommands::b_Config_Click);
 
     // Tabs and the live test
-    connect(ui->Onglet1, &QTabWidget::currentChanged, this, guard(&p.testMode, &TestMode::Onglet1_Click));
+    connect(ui->Onglet1, &QTabWidget::currentChanged, this,
+            guard(&p.testMode, &TestMode::Onglet1_Click));
     onClick(ui->b_Debut_test, &p.testMode, &TestMode::b_Debut_test_Click);
     onClick(ui->b_Fin_Test, &p.testMode, &TestMode::b_Fin_Test_Click);
     connect(ui->Timer1, &QTimer::timeout, this, guard(&p.pause, &Pause::Timer1_Timer));
     connect(ui->Timer2, &QTimer::timeout, this, guard(&p.testMode, &TestMode::Timer2_Timer));
 
     // The network's events
-    connect(&p.RF1, &RadioNetControl::NetError, this, guard(&p.events, &NetworkEvents::RF1_NetError));
+    connect(&p.RF1, &RadioNetControl::NetError, this,
+            guard(&p.events, &NetworkEvents::RF1_NetError));
     connect(&p.RF1, &RadioNetControl::SatelliteAnswered, this,
             guard(&p.events, &NetworkEvents::RF1_SatelliteAnswered));
     connect(&p.RF1, &RadioNetControl::ConfigReceived, this,

@@ -35,8 +35,8 @@ void RecentFiles::UpdateRecentFiles() {
     }
     g_.RecentFile1 = name;
 
-    const std::array<const QString *, 4> files = {&g_.RecentFile1, &g_.RecentFile2,
-                                                  &g_.RecentFile3, &g_.RecentFile4};
+    const std::array<const QString *, 4> files = {&g_.RecentFile1, &g_.RecentFile2, &g_.RecentFile3,
+                                                  &g_.RecentFile4};
     bool any = false;
     for (size_t i = 0; i < files.size(); ++i) {
         const QString &file = *files[i];

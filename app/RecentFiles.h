@@ -22,7 +22,8 @@ public:
         QLabel *StatusPanel2;
     };
 
-    RecentFiles(Widgets w, Globale &g, const Texts &texts, RadioNetControl &RF1, Settings &settings);
+    RecentFiles(Widgets w, Globale &g, const Texts &texts, RadioNetControl &RF1,
+                Settings &settings);
     // The file commands are made after this list (they record into it).
     void setFileCommands(FileCommands &commands) { commands_ = &commands; }
 

@@ -11,7 +11,8 @@ const QString section = QStringLiteral("General");
 const QString version = QStringLiteral("TALMOR NORVALE CONFIGURATION FILE");
 } // namespace
 
-Settings::Settings(Globale &g) : g_(g) {}
+Settings::Settings(Globale &g)
+    : g_(g) {}
 
 void Settings::buildSettingsPath() {
     QString folder = g_.ProgramFolder;

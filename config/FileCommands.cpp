@@ -16,8 +16,7 @@
 #include <QPointer>
 
 FileCommands::FileCommands(Widgets w, Globale &g, const Texts &texts, RadioNetControl &RF1,
-                           GeneralFields &general, SatelliteView &view,
-                           RecentFileRecorder &recent)
+                           GeneralFields &general, SatelliteView &view, RecentFileRecorder &recent)
     : w_(w)
     , g_(g)
     , texts_(texts)

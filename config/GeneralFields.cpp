@@ -16,15 +16,21 @@ GeneralFields::GeneralFields(Widgets w, Globale &g, const Texts &texts, RadioNet
     , texts_(texts)
     , RF1_(RF1) {}
 
-void GeneralFields::C_port_LostFocus() { RF1_.setCommPort(w_.C_port->currentText()); }
+void GeneralFields::C_port_LostFocus() {
+    RF1_.setCommPort(w_.C_port->currentText());
+}
 
 void GeneralFields::C_timeout_LostFocus() {
     RF1_.setTimeOut(textToInt16(w_.C_timeout->currentText()));
 }
 
-void GeneralFields::Text1_Change() { checkTerminal(w_.Text1, g_.FirstDevice); }
+void GeneralFields::Text1_Change() {
+    checkTerminal(w_.Text1, g_.FirstDevice);
+}
 
-void GeneralFields::Text2_Change() { checkTerminal(w_.Text2, g_.LastDevice); }
+void GeneralFields::Text2_Change() {
+    checkTerminal(w_.Text2, g_.LastDevice);
+}
 
 void GeneralFields::showRangeError() {
     w_.L_nbTPChiffre->setText(texts_(150));

@@ -47,6 +47,8 @@ void setLayout(QTableWidget *grid, int rows, int cols, int fixedRows, int fixedC
     grid->setProperty("fixedCols", fixedCols);
     grid->horizontalHeader()->hide();
     grid->verticalHeader()->hide();
+    // Rows as tall as a line of text, as the design's grid draws them.
+    grid->verticalHeader()->setDefaultSectionSize(grid->fontMetrics().height() + 8);
     grid->setEditTriggers(QAbstractItemView::NoEditTriggers);
     grid->setSelectionMode(QAbstractItemView::NoSelection);
     const QBrush headerBrush = grid->palette().button();
@@ -69,7 +71,9 @@ void setLayout(QTableWidget *grid, int rows, int cols, int fixedRows, int fixedC
     }
 }
 
-void setColAlignment(QTableWidget *grid, int col, int code) { alignColumn(grid, col, code, false); }
+void setColAlignment(QTableWidget *grid, int col, int code) {
+    alignColumn(grid, col, code, false);
+}
 
 void setColAlignmentFixed(QTableWidget *grid, int col, int code) {
     alignColumn(grid, col, code, true);
@@ -81,14 +85,20 @@ void setText(QTableWidget *grid, int row, int col, const QString &text) {
         item->setText(text);
 }
 
-QString text(const QTableWidget *grid, int row, int col) { return cell(grid, row, col)->text(); }
+QString text(const QTableWidget *grid, int row, int col) {
+    return cell(grid, row, col)->text();
+}
 
 void setColWidthTwips(QTableWidget *grid, int col, int twips) {
     grid->setColumnWidth(col, twips * 96 / 1440);
 }
 
-void setRedraw(QTableWidget *grid, bool on) { grid->setUpdatesEnabled(on); }
+void setRedraw(QTableWidget *grid, bool on) {
+    grid->setUpdatesEnabled(on);
+}
 
-void refresh(QTableWidget *grid) { grid->viewport()->update(); }
+void refresh(QTableWidget *grid) {
+    grid->viewport()->update();
+}
 
 } // namespace FlexGrid

@@ -67,7 +67,9 @@ void TestMode::fillTestGrid() {
     FlexGrid::refresh(w_.MFG2);
 }
 
-void TestMode::b_Debut_test_Click() { w_.Timer2->start(); }
+void TestMode::b_Debut_test_Click() {
+    w_.Timer2->start();
+}
 
 void TestMode::b_Fin_Test_Click() {
     w_.Timer2->stop();

@@ -11,8 +11,9 @@
 #include <QLineEdit>
 #include <QPushButton>
 
-SatelliteListEditor::SatelliteListEditor(Widgets w, Globale &g, const Texts &texts, RadioNetControl &RF1,
-                             SatelliteView &view, SatelliteFields &fields, LinkStatus &link)
+SatelliteListEditor::SatelliteListEditor(Widgets w, Globale &g, const Texts &texts,
+                                         RadioNetControl &RF1, SatelliteView &view,
+                                         SatelliteFields &fields, LinkStatus &link)
     : w_(w)
     , g_(g)
     , texts_(texts)

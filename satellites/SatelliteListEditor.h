@@ -21,7 +21,7 @@ public:
     };
 
     SatelliteListEditor(Widgets w, Globale &g, const Texts &texts, RadioNetControl &RF1,
-                  SatelliteView &view, SatelliteFields &fields, LinkStatus &link);
+                        SatelliteView &view, SatelliteFields &fields, LinkStatus &link);
 
     void b_Insert_Click();
     void b_Supp_Click();

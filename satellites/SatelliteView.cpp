@@ -49,9 +49,10 @@ void SatelliteView::DisableSatelliteQueries() {
 }
 
 void SatelliteView::ShowPosition() {
-    w_.l_index->setText(QStringLiteral("%1/%2")
-                            .arg(g_.CurrentSatelliteIndex)
-                            .arg(RF1_.Satellites().Count()));
+    w_.l_index->setText(
+        QStringLiteral("%1/%2").arg(g_.CurrentSatelliteIndex).arg(RF1_.Satellites().Count()));
 }
 
-void SatelliteView::PrepareValueColumn() { FlexGrid::setColAlignment(w_.MFG1, 1, 3); }
+void SatelliteView::PrepareValueColumn() {
+    FlexGrid::setColAlignment(w_.MFG1, 1, 3);
+}

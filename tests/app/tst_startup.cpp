@@ -134,8 +134,8 @@ private slots:
         auto *mfg1 = h.w<QTableWidget>("MFG1");
         QCOMPARE(mfg1->rowCount(), 6);
         QCOMPARE(mfg1->columnCount(), 2);
-        const QStringList labels = {"ID Sat", "Interface", "Enabled", "RF Version", "Rx Free",
-                                    "Tx Free"};
+        const QStringList labels = {"ID Sat",     "Interface", "Enabled",
+                                    "RF Version", "Rx Free",   "Tx Free"};
         for (int row = 0; row < 6; ++row) {
             QCOMPARE(mfg1->item(row, 0)->text(), labels[row]);
             QCOMPARE(mfg1->item(row, 1)->text(), QString());
@@ -166,15 +166,14 @@ private slots:
             << full << true << true << settingsFile("FR", {"", "/a.nvl", "/b.nvl", "/c.nvl"})
             << QStringList{"", "/a.nvl", "/b.nvl", "/c.nvl"};
         QTest::newRow("two files drift down")
-            << settingsFile("US", {"a", "b"}) << false << false << settingsFile("US", {"", "a", "b", ""})
-            << QStringList{"", "a", "b", ""};
+            << settingsFile("US", {"a", "b"}) << false << false
+            << settingsFile("US", {"", "a", "b", ""}) << QStringList{"", "a", "b", ""};
         QTest::newRow("hole kept")
             << settingsFile("US", {"", "a", "b", ""}) << false << false
             << settingsFile("US", {"", "", "a", "b"}) << QStringList{"", "", "a", "b"};
         // An unknown language leaves the base at French and the designed ticks.
-        QTest::newRow("unknown language")
-            << settingsFile("DE", {}) << true << false << settingsFile("DE", {})
-            << QStringList{"", "", "", ""};
+        QTest::newRow("unknown language") << settingsFile("DE", {}) << true << false
+                                          << settingsFile("DE", {}) << QStringList{"", "", "", ""};
         // A version that differs by case: the file counts as missing and is rewritten.
         QTest::newRow("version case")
             << settingsFile("FR", {"/a.nvl", "/b.nvl", "/c.nvl", "/d.nvl"},
@@ -186,8 +185,9 @@ private slots:
         QTest::newRow("LF line ends")
             << QByteArray("[General]\nVersion=TALMOR NORVALE CONFIGURATION FILE\nLanguage=FR\n")
             << true << true
-            << QByteArray("[General]\r\nVersion=TALMOR NORVALE CONFIGURATION FILE\r\nLanguage=FR\r\n"
-                          "File1=\r\nFile2=\r\nFile3=\r\nFile4=\r\n")
+            << QByteArray(
+                   "[General]\r\nVersion=TALMOR NORVALE CONFIGURATION FILE\r\nLanguage=FR\r\n"
+                   "File1=\r\nFile2=\r\nFile3=\r\nFile4=\r\n")
             << QStringList{"", "", "", ""};
     }
     void settingsAreReadAtStartUp() {

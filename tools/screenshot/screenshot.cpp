@@ -8,6 +8,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QFocusEvent>
 #include <QLineEdit>
 #include <QScreen>
 #include <QTabWidget>
@@ -47,7 +48,10 @@ int main(int argc, char *argv[]) {
     if (tab == QLatin1String("1")) {
         tabs->setCurrentIndex(1);
         // Detect the first satellite of the demo network and read it back.
-        window.findChild<QLineEdit *>("Text3")->setText(QStringLiteral("2"));
+        auto *text3 = window.findChild<QLineEdit *>("Text3");
+        text3->setText(QStringLiteral("2"));
+        QFocusEvent leave(QEvent::FocusOut, Qt::TabFocusReason);
+        QCoreApplication::sendEvent(text3, &leave); // as the technician tabs out of it
         window.findChild<QAbstractButton *>("b_Alive")->click();
         auto *mfg1 = window.findChild<QTableWidget *>("MFG1");
         waitUntil([&] { return !mfg1->item(4, 1)->text().isEmpty(); }, 5000);
@@ -63,9 +67,8 @@ int main(int argc, char *argv[]) {
         waitUntil([&] { return mfg2->item(3, 1)->text().contains(QLatin1String("OK")); }, 10000);
     }
     settle(300);
-    const QPixmap shot = window.screen()->grabWindow(0, window.x(), window.y(),
-                                                     window.frameGeometry().width(),
-                                                     window.frameGeometry().height());
+    const QPixmap shot = window.screen()->grabWindow(
+        0, window.x(), window.y(), window.frameGeometry().width(), window.frameGeometry().height());
     if (!shot.save(args[3])) {
         std::fprintf(stderr, "cannot write %s\n", qPrintable(args[3]));
         return 1;
