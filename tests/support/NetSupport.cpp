@@ -1,24 +1,30 @@
 #include "support/NetSupport.h"
 
+#include <QEventLoop>
 #include <QLineEdit>
-#include <QSignalSpy>
 #include <QTabWidget>
 #include <QTableWidget>
 
 namespace net_support {
 
 bool settle(SimulatedRadioNet &net, int timeoutMs) {
-    QSignalSpy spy(&net, &RadioNetControl::StatusReceived);
+    // An event loop of its own rather than QTest::qWaitFor, which rests between
+    // rounds: the simulator hands out one event per round.
+    QEventLoop loop;
+    bool arrived = false;
+    QObject::connect(&net, &RadioNetControl::StatusReceived, &loop, [&](qint16 satId) {
+        if (satId == NobodyId) {
+            arrived = true;
+            loop.quit();
+        }
+    });
+    QTimer limit;
+    limit.setSingleShot(true);
+    QObject::connect(&limit, &QTimer::timeout, &loop, &QEventLoop::quit);
     net.raiseStatusReceived(NobodyId);
-    return QTest::qWaitFor(
-        [&] {
-            for (const QList<QVariant> &arguments : spy) {
-                if (arguments.at(0).toInt() == NobodyId)
-                    return true;
-            }
-            return false;
-        },
-        timeoutMs);
+    limit.start(timeoutMs);
+    loop.exec();
+    return arrived;
 }
 
 void setAir(SimulatedRadioNet &net, std::initializer_list<OnAirSatellite> satellites) {
