@@ -282,24 +282,29 @@ private slots:
         QFETCH(QString, via);
 
         Rig rig;
+        std::function<void()> nested;
         QObject context;
-        int nestedFromTick = -1;
-        int nestedToTick = -1;
+        QTimer zeroTimer; // a timer event, not a posted one
+        zeroTimer.setSingleShot(true);
+        zeroTimer.setInterval(0);
+        connect(&zeroTimer, &QTimer::timeout, [&] { nested(); });
         TickHook ticks(&rig.timer1, [&](int tick) {
             if (tick != 2)
                 return;
-            const auto nested = [&] {
-                nestedFromTick = ticks.ticks();
-                rig.pause.run();
-                nestedToTick = ticks.ticks();
-            };
             if (via == QLatin1String("tick"))
                 nested();
             else if (via == QLatin1String("timer"))
-                QTimer::singleShot(0, &context, nested);
+                zeroTimer.start();
             else
                 QMetaObject::invokeMethod(&context, nested, Qt::QueuedConnection);
         });
+        int nestedFromTick = -1;
+        int nestedToTick = -1;
+        nested = [&] {
+            nestedFromTick = ticks.ticks();
+            rig.pause.run();
+            nestedToTick = ticks.ticks();
+        };
         Watchdog watchdog("a pause around a nested pause");
         rig.pause.run();
         QVERIFY(nestedFromTick >= 2);
