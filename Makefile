@@ -33,6 +33,13 @@ screenshots: build
 format:
 	git ls-files '*.cpp' '*.h' | xargs clang-format -i
 
+# The Debian package: build/release/norvale-setup_<version>_amd64.deb
+package:
+	tools/install-deps.sh --package
+	cmake --preset release
+	cmake --build --preset release
+	cd build/release && cpack -G DEB
+
 deps:
 	tools/install-deps.sh
 

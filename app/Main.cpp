@@ -23,7 +23,6 @@
 #include "satellites/SatelliteView.h"
 
 #include <QCloseEvent>
-#include <QCoreApplication>
 #include <QLabel>
 #include <QTimer>
 
@@ -119,8 +118,10 @@ Main::~Main() {
 }
 
 void Main::closeEvent(QCloseEvent *event) {
+    // Never a prompt, never a save: the window goes, and with the last window Qt
+    // ends the program. Exiting the event loops from here would also cut short any
+    // dialog or wait of a host that goes on living, such as a test.
     event->accept();
-    QCoreApplication::exit(0);
 }
 
 void Main::wire() {

@@ -14,6 +14,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPointer>
+#include <exception>
 
 FileCommands::FileCommands(Widgets w, Globale &g, const Texts &texts, RadioNetControl &RF1,
                            GeneralFields &general, SatelliteView &view, RecentFileRecorder &recent)
@@ -66,6 +67,14 @@ void FileCommands::showFileNameInCaption() {
 }
 
 void FileCommands::mOuvrir_Click() {
+    // A run-time failure anywhere in Open ends it without a word, like a cancel.
+    try {
+        openChosenFile();
+    } catch (const std::exception &) {
+    }
+}
+
+void FileCommands::openChosenFile() {
     const QString chosen = askFileName(false);
     if (chosen.isEmpty())
         return; // cancelled: nothing read, nothing shown
@@ -99,6 +108,15 @@ void FileCommands::m_enregistrer_Click() {
 }
 
 void FileCommands::m_enregistersous_Click() {
+    // As for Open: any run-time failure, the field checks' included, ends Save as
+    // silently.
+    try {
+        saveUnderChosenName();
+    } catch (const std::exception &) {
+    }
+}
+
+void FileCommands::saveUnderChosenName() {
     RevalidateFields();
     if (!savingAllowed()) {
         // Unlike Save, also said when there is no satellite.

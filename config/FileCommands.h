@@ -52,6 +52,9 @@ public:
     void ShowConfiguration();
 
 private:
+    // The bodies of Open and Save as, run under their silent error handler.
+    void openChosenFile();
+    void saveUnderChosenName();
     bool savingAllowed();
     // The file dialog CD1; an empty answer means the user cancelled.
     QString askFileName(bool forSaving);

@@ -38,25 +38,33 @@ void GeneralFields::showRangeError() {
     w_.StatusPanel2->setText(texts_(151));
 }
 
+void GeneralFields::refuse(QLineEdit *box, qint16 &device) {
+    box->clear(); // fires this check again on the empty text, with the same outcome
+    device = 0;
+    showRangeError();
+}
+
 void GeneralFields::checkTerminal(QLineEdit *box, qint16 &device) {
+    constexpr int largest = std::numeric_limits<qint16>::max();
     const QString text = box->text();
     // A number too large for 16 bits is refused like any other text that is not a
     // terminal number.
-    if (!IsDigitString(text) || leadingNumber(text) > std::numeric_limits<qint16>::max()) {
-        box->clear(); // fires this check again on the empty text, with the same outcome
-        device = 0;
-        showRangeError();
+    if (!IsDigitString(text) || leadingNumber(text) > largest) {
+        refuse(box, device);
         return;
     }
     device = textToInt16(text);
     if (device < 1) {
-        // Terminal numbers start at 1.
-        box->clear();
-        device = 0;
-        showRangeError();
+        refuse(box, device); // terminal numbers start at 1
         return;
     }
-    const qint16 count = add16(sub16(g_.LastDevice, g_.FirstDevice), 1);
+    // The count leaves 16 bits only for a last terminal of 32767 after a refused
+    // first one (0); that number is refused too.
+    const int count = int(g_.LastDevice) - int(g_.FirstDevice) + 1;
+    if (count > largest) {
+        refuse(box, device);
+        return;
+    }
     if (count < 1) {
         // The box keeps its text: the other end of the range may still be typed.
         showRangeError();

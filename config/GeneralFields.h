@@ -34,6 +34,8 @@ public:
 
 private:
     void checkTerminal(QLineEdit *box, qint16 &device);
+    // Empties the box, resets its terminal number to 0 and shows the range error.
+    void refuse(QLineEdit *box, qint16 &device);
     void showRangeError();
 
     Widgets w_;

@@ -17,8 +17,8 @@ bool ReadIniKey(const QString &Section, const QString &Key, QString &Value,
         QFile file(FileName);
         if (!file.open(QIODevice::ReadOnly))
             return false;
-        // Read one byte more than allowed: the file may have grown since the look-up.
-        const QByteArray bytes = file.read(MaxIniFileSize + 1);
+        // One byte more than the size found: a file that has grown since is seen to.
+        const QByteArray bytes = file.read(qMin(file.size(), MaxIniFileSize) + 1);
         if (file.error() != QFileDevice::NoError || bytes.size() > MaxIniFileSize)
             return false;
         file.close();

@@ -1,13 +1,16 @@
 #!/usr/bin/env bash
 # Screenshots of the real window under Xvfb, in English and in French:
 #   tools/screenshots.sh <build folder> <output folder>
+# The high-DPI look, with a screen grown by the same factor:
+#   QT_SCALE_FACTOR=2 tools/screenshots.sh <build folder> <output folder>
 set -euo pipefail
 tool=$(realpath "$1/tools/norvale-screenshot")
 out=$(realpath -m "${2:-docs}")
 mkdir -p "$out"
 work=$(mktemp -d)
 display=:$((90 + RANDOM % 100))
-Xvfb "$display" -screen 0 1280x800x24 -nolisten tcp >/dev/null 2>&1 &
+screen=$(awk -v f="${QT_SCALE_FACTOR:-1}" 'BEGIN { printf "%dx%dx24", 1280 * f, 800 * f }')
+Xvfb "$display" -screen 0 "$screen" -nolisten tcp >/dev/null 2>&1 &
 xvfb=$!
 trap 'kill $xvfb 2>/dev/null || true; rm -rf "$work"' EXIT
 export DISPLAY=$display QT_QPA_PLATFORM=xcb
