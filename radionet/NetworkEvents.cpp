@@ -45,14 +45,15 @@ void NetworkEvents::RF1_SatelliteAnswered(qint16 SatId, const QString &Identity)
     const SatellitePtr current = RF1_.Satellites().Item(g_.CurrentSatelliteIndex);
     const double shown = shownSatId();
     if (shown == SatId || shown == AnySatellite) {
-        view_.PrepareValueColumn();
         if (Identity.startsWith(QStringLiteral("QX"))) {
             w_.Text3->setText(QString::number(SatId));
             current->setSatId(SatId);
             g_.LastSatId = SatId;
+            view_.PrepareValueColumn();
             setValue(0, QString::number(SatId));
         } else {
             // Not a satellite of ours: its identifier is not shown.
+            view_.PrepareValueColumn();
             setValue(0, QString());
         }
         for (int row = 1; row <= 5; ++row)

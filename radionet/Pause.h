@@ -17,4 +17,7 @@ public:
 private:
     Globale &g_;
     QTimer &timer1_;
+    // Pauses under way: a pause started by a handler that runs inside another one
+    // is nested in it.
+    int running_ = 0;
 };

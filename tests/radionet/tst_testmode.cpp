@@ -1,0 +1,310 @@
+#include "support/NetSupport.h"
+
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTableWidget>
+
+using namespace net_support;
+
+namespace {
+
+// The list holds these Sat IDs, the first one being the one edited.
+void setSatellites(MainHarness &h, const QList<qint16> &satIds) {
+    h.typeAndLeave("Text3", QString::number(satIds.first()));
+    for (qsizetype i = 1; i < satIds.size(); ++i)
+        h.net().Satellites().Add(satIds.at(i));
+}
+
+void markTestView(MainHarness &h) {
+    auto *grid = h.w<QTableWidget>("MFG2");
+    for (int row = 1; row < grid->rowCount(); ++row) {
+        for (int col = 0; col < 3; ++col)
+            grid->item(row, col)->setText(QStringLiteral("old"));
+    }
+}
+
+const QStringList Marked(3, QStringLiteral("old"));
+
+} // namespace
+
+class tst_TestMode : public QObject {
+    Q_OBJECT
+
+private slots:
+    // Each tab change: the fields stored, the pending error cleared, the link moved.
+    void tabsDriveTheLink() {
+        MainHarness h({}, [](SimulatedRadioNet &net) { net.clearAir(); });
+        auto *tabs = h.w<QTabWidget>("Onglet1");
+        auto *configure = h.w<QPushButton>("b_Config");
+        auto *text3 = h.w<QLineEdit>("Text3");
+        struct Step {
+            int tab;
+            QStringList log;
+            QString panel1;
+        };
+        const Step steps[] = {
+            {1, {"ClosePort", "OpenPort"}, "COM1 Open "},
+            {2, {"StartPolling"}, "COM1 Open Polling active"},
+            {0, {"StopPolling", "ClosePort"}, "Com port inactive"},
+            {2, {"OpenPort", "StartPolling"}, "COM1 Open Polling active"},
+            {1, {"ClosePort", "OpenPort"}, "COM1 Open "},
+            {0, {"ClosePort"}, "Com port inactive"},
+        };
+        qint16 satId = 10;
+        for (const Step &step : steps) {
+            const QByteArray where = "to tab " + QByteArray::number(step.tab);
+            h.net().raiseNetError(3, QStringLiteral("Timeout"));
+            QTRY_COMPARE(h.panel2(), QStringLiteral("Timeout Error n.3"));
+            configure->setEnabled(true);
+            text3->setText(QString::number(++satId));
+            h.net().clearCallLog();
+
+            tabs->setCurrentIndex(step.tab);
+            QVERIFY2(h.net().callLog() == step.log, where);
+            QVERIFY2(h.panel1() == step.panel1, where);
+            QVERIFY2(h.panel2() == QStringLiteral("Ready"), where);
+            QVERIFY2(h.net().Satellites().Item(1)->SatId() == satId, where);
+            // The satellite tab waits for a read-back before Configure is offered.
+            QVERIFY2(configure->isEnabled() == (step.tab != 1), where);
+            QVERIFY2(!h.w<QTimer>("Timer2")->isActive(), where);
+            QVERIFY2(!h.w<QTimer>("Timer1")->isActive(), where);
+        }
+
+        // A Sat ID the fields refuse does not stop the change.
+        text3->setText(QStringLiteral("abc"));
+        h.net().clearCallLog();
+        tabs->setCurrentIndex(1);
+        QCOMPARE(h.net().callLog(), (QStringList{"ClosePort", "OpenPort"}));
+        QCOMPARE(text3->text(), QStringLiteral("9999"));
+        QCOMPARE(h.net().Satellites().Item(1)->SatId(), satId);
+    }
+
+    void testTabFillsTheGrid() {
+        MainHarness h({}, [](SimulatedRadioNet &net) { net.clearAir(); });
+        setSatellites(h, {4, 9, 2});
+        markTestView(h);
+        auto *grid = h.w<QTableWidget>("MFG2");
+        h.net().clearCallLog();
+
+        h.w<QTabWidget>("Onglet1")->setCurrentIndex(2);
+        QCOMPARE(testRow(h, 1), (QStringList{"4", "  Nothing", ""}));
+        QCOMPARE(testRow(h, 2), (QStringList{"9", "  Nothing", ""}));
+        QCOMPARE(testRow(h, 3), (QStringList{"2", "  Nothing", ""}));
+        QCOMPARE(testRow(h, 4), Marked);
+        QVERIFY(grid->updatesEnabled());
+        QCOMPARE(h.net().callLog(), (QStringList{"OpenPort", "StartPolling"}));
+        // The test itself waits for Start Test.
+        QVERIFY(!h.w<QTimer>("Timer2")->isActive());
+
+        // Sixteen satellites: the sixteenth has no row, and the error ends the change
+        // before the network is started.
+        for (qint16 satId = 100; satId < 113; ++satId)
+            h.net().Satellites().Add(satId);
+        h.w<QTabWidget>("Onglet1")->setCurrentIndex(0);
+        h.net().clearCallLog();
+        h.w<QTabWidget>("Onglet1")->setCurrentIndex(2);
+        QCOMPARE(h.panel2(), QStringLiteral("Run-time error 30009: Invalid Row value"));
+        QCOMPARE(testRow(h, 15), (QStringList{"111", "  Nothing", ""}));
+        QCOMPARE(h.net().callLog(), QStringList{});
+        QCOMPARE(h.panel1(), QStringLiteral("Com port inactive"));
+    }
+
+    void testTabWithoutSatellites() {
+        MainHarness h({}, [](SimulatedRadioNet &net) { net.clearAir(); });
+        h.net().Satellites().Clear();
+        // Refused by the field check, which so never reaches the empty list.
+        h.w<QLineEdit>("Text3")->clear();
+        markTestView(h);
+        auto *grid = h.w<QTableWidget>("MFG2");
+        h.net().clearCallLog();
+
+        h.w<QTabWidget>("Onglet1")->setCurrentIndex(2);
+        QCOMPARE(testRow(h, 1), Marked);
+        QVERIFY(!grid->updatesEnabled());
+        // Nothing is opened; the count message is replaced at once by the "Ready" of
+        // the closing link status query.
+        QCOMPARE(h.net().callLog(), QStringList{});
+        QCOMPARE(h.panel1(), QStringLiteral("Com port inactive"));
+        QCOMPARE(h.panel2(), QStringLiteral("Ready"));
+
+        TickHook ticks(h.w<QTimer>("Timer2"), [](int) {});
+        h.click("b_Debut_test");
+        QTRY_COMPARE_WITH_TIMEOUT(ticks.ticks(), 1, 10000);
+        QCOMPARE(testRow(h, 1), Marked);
+        QCOMPARE(h.net().callLog(), QStringList{});
+        QCOMPARE(h.panel2(), QStringLiteral("Ready"));
+    }
+
+    // Three satellites in turn, one of them silent; the answers keep coming after End
+    // Test until a tab change ends the test mode.
+    void liveTest() {
+        MainHarness h({}, [](SimulatedRadioNet &net) {
+            setAir(net, {{.satId = 1, .answers = false},
+                         {.satId = 2, .rfVersionMajor = 2, .rfVersionMinor = 5, .rxFree = 28},
+                         {.satId = 3, .rfVersionMajor = 1, .rfVersionMinor = 10, .rxFree = 12}});
+            net.setAnswerDelayMs(20);
+        });
+        setSatellites(h, {1, 2, 3});
+        h.w<QTabWidget>("Onglet1")->setCurrentIndex(2);
+        h.net().clearCallLog();
+        auto *grid = h.w<QTableWidget>("MFG2");
+        bool redrawAfterEnd = true;
+        TickHook ticks(h.w<QTimer>("Timer2"), [&](int tick) {
+            if (tick != 4)
+                return;
+            h.click("b_Fin_Test");
+            redrawAfterEnd = grid->updatesEnabled();
+        });
+
+        h.click("b_Debut_test");
+        QTRY_COMPARE_WITH_TIMEOUT(ticks.ticks(), 4, 10000);
+        QVERIFY(!redrawAfterEnd);
+        QVERIFY(!h.w<QTimer>("Timer2")->isActive());
+        QCOMPARE(entries(h.net().callLog(), "RequestConfig "),
+                 (QStringList{"RequestConfig 1", "RequestConfig 2", "RequestConfig 3",
+                              "RequestConfig 1"}));
+        QCOMPARE(testRow(h, 1), (QStringList{"1", "  Attempt", ""}));
+        QTRY_COMPARE(testRow(h, 2), (QStringList{"2", "     OK", "Version RF:2.5 Mem Free:28 Ko"}));
+        QTRY_COMPARE(testRow(h, 3),
+                     (QStringList{"3", "     OK", "Version RF:1.10 Mem Free:12 Ko"}));
+        // Each answering satellite is asked for its status again and again.
+        QTRY_VERIFY(entries(h.net().callLog(), "RequestStatus 2").size() > 2);
+        QVERIFY(entries(h.net().callLog(), "RequestStatus 1").isEmpty());
+
+        // After End Test the rows still follow the satellites' answers.
+        h.net().putOnAir({.satId = 2, .rfVersionMajor = 2, .rfVersionMinor = 5, .rxFree = 40});
+        QTRY_COMPARE(testRow(h, 2), (QStringList{"2", "     OK", "Version RF:2.5 Mem Free:40 Ko"}));
+        QVERIFY(grid->updatesEnabled());
+
+        // Until a tab change: the answers still on their way are ignored and ask nothing.
+        h.net().clearCallLog();
+        h.w<QTabWidget>("Onglet1")->setCurrentIndex(1);
+        QCOMPARE(h.net().callLog(), (QStringList{"ClosePort", "OpenPort"}));
+        QVERIFY(settle(h.net()));
+        QCOMPARE(h.net().callLog(), (QStringList{"ClosePort", "OpenPort"}));
+    }
+
+    // A pending error: the rows say "Attempt", nothing is sent; a tab change clears it.
+    void errorHoldsBackTheTest() {
+        MainHarness h({}, [](SimulatedRadioNet &net) { net.clearAir(); });
+        setSatellites(h, {1, 2});
+        h.w<QTabWidget>("Onglet1")->setCurrentIndex(2);
+        h.net().raiseNetError(3, QStringLiteral("Timeout"));
+        QTRY_COMPARE(h.panel2(), QStringLiteral("Timeout Error n.3"));
+        h.net().clearCallLog();
+        TickHook ticks(h.w<QTimer>("Timer2"), [&](int tick) {
+            if (tick == 2 || tick == 3)
+                h.click("b_Fin_Test");
+        });
+
+        h.click("b_Debut_test");
+        QTRY_COMPARE_WITH_TIMEOUT(ticks.ticks(), 2, 10000);
+        QCOMPARE(testRow(h, 1), (QStringList{"1", "  Attempt", ""}));
+        QCOMPARE(testRow(h, 2), (QStringList{"2", "  Attempt", ""}));
+        QCOMPARE(h.net().callLog(), QStringList{});
+        QCOMPARE(h.panel2(), QStringLiteral("Timeout Error n.3"));
+
+        h.w<QTabWidget>("Onglet1")->setCurrentIndex(1);
+        h.w<QTabWidget>("Onglet1")->setCurrentIndex(2);
+        QCOMPARE(testRow(h, 1), (QStringList{"1", "  Nothing", ""}));
+        h.net().clearCallLog();
+        h.click("b_Debut_test");
+        QTRY_COMPARE_WITH_TIMEOUT(ticks.ticks(), 3, 10000);
+        QCOMPARE(h.net().callLog(), QStringList{"RequestConfig 1"});
+        QCOMPARE(testRow(h, 1), (QStringList{"1", "  Attempt", ""}));
+    }
+
+    // The test goes on from the satellite it stopped at, and wraps to the first one
+    // when satellites were removed meanwhile.
+    void testIndexContinuesAndWraps() {
+        MainHarness h({}, [](SimulatedRadioNet &net) { net.clearAir(); });
+        setSatellites(h, {1, 2, 3});
+        h.w<QTabWidget>("Onglet1")->setCurrentIndex(2);
+        h.net().clearCallLog();
+        TickHook ticks(h.w<QTimer>("Timer2"), [&](int tick) {
+            if (tick >= 2)
+                h.click("b_Fin_Test");
+        });
+        const auto sent = [&] { return entries(h.net().callLog(), "RequestConfig "); };
+
+        h.click("b_Debut_test");
+        QTRY_COMPARE_WITH_TIMEOUT(ticks.ticks(), 2, 10000);
+        QCOMPARE(sent(), (QStringList{"RequestConfig 1", "RequestConfig 2"}));
+
+        h.click("b_Debut_test");
+        QTRY_COMPARE_WITH_TIMEOUT(ticks.ticks(), 3, 10000);
+        QCOMPARE(sent().last(), QStringLiteral("RequestConfig 3"));
+
+        h.net().Satellites().Remove(2);
+        h.net().Satellites().Remove(3);
+        h.click("b_Debut_test");
+        QTRY_COMPARE_WITH_TIMEOUT(ticks.ticks(), 4, 10000);
+        QCOMPARE(sent().last(), QStringLiteral("RequestConfig 1"));
+        QCOMPARE(h.panel2(), QStringLiteral("Ready"));
+
+        h.net().Satellites().Add(5);
+        h.click("b_Debut_test");
+        QTRY_COMPARE_WITH_TIMEOUT(ticks.ticks(), 5, 10000);
+        QCOMPARE(sent().last(), QStringLiteral("RequestConfig 5"));
+        QCOMPARE(testRow(h, 2), (QStringList{"2", "  Attempt", ""}));
+    }
+
+    // Ten thousand status answers land during a live test of fifteen satellites, an
+    // error among them.
+    void statusStorm() {
+        MainHarness h({}, [](SimulatedRadioNet &net) {
+            net.clearAir();
+            for (qint16 satId = 1; satId <= 15; ++satId) {
+                net.putOnAir({.satId = satId,
+                              .rfVersionMajor = 0,
+                              .rfVersionMinor = 0,
+                              .rxFree = qint16(100 + satId),
+                              .txFree = qint16(200 + satId)});
+            }
+            net.setAnswerDelayMs(20);
+        });
+        QList<qint16> satIds;
+        for (qint16 satId = 1; satId <= 15; ++satId)
+            satIds << satId;
+        setSatellites(h, satIds);
+        h.w<QTabWidget>("Onglet1")->setCurrentIndex(2);
+        TickHook ticks(h.w<QTimer>("Timer2"), [](int) {});
+        h.click("b_Debut_test");
+        QTRY_COMPARE_WITH_TIMEOUT(ticks.ticks(), 1, 10000);
+
+        for (int i = 0; i < 10000; ++i) {
+            // Sat ID 16 is in no row.
+            h.net().raiseStatusReceived(qint16(1 + i % 16));
+            if (i == 5000)
+                h.net().raiseNetError(3, QStringLiteral("Timeout"));
+        }
+        QVERIFY(settle(h.net(), 300000));
+
+        for (int row = 1; row <= 15; ++row) {
+            QTRY_COMPARE(
+                testRow(h, row),
+                (QStringList{QString::number(row), "     OK",
+                             QStringLiteral("Version RF:0.0 Mem Free:%1 Ko").arg(100 + row)}));
+        }
+        // The status answers of the test leave the error pending: the next tick sends
+        // nothing.
+        QCOMPARE(h.panel2(), QStringLiteral("Timeout Error n.3"));
+        h.net().clearCallLog();
+        const int ticked = ticks.ticks();
+        QTRY_VERIFY_WITH_TIMEOUT(ticks.ticks() > ticked, 10000);
+        QCOMPARE(entries(h.net().callLog(), "RequestConfig "), QStringList{});
+
+        // The window answers at once.
+        h.click("b_Fin_Test");
+        QVERIFY(!h.w<QTimer>("Timer2")->isActive());
+        h.net().clearCallLog();
+        h.w<QTabWidget>("Onglet1")->setCurrentIndex(0);
+        QCOMPARE(h.net().callLog(), (QStringList{"StopPolling", "ClosePort"}));
+        QCOMPARE(h.panel1(), QStringLiteral("Com port inactive"));
+        QCOMPARE(h.panel2(), QStringLiteral("Ready"));
+    }
+};
+
+QTEST_MAIN(tst_TestMode)
+#include "tst_testmode.moc"
