@@ -103,7 +103,8 @@ bool WritePrivateProfileString(const QString &section, const QString &key, const
             return false;
 
         QByteArray existing;
-        if (QFileInfo::exists(fileName)) {
+        const bool exists = QFileInfo::exists(fileName);
+        if (exists) {
             QFile in(fileName);
             if (!in.open(QIODevice::ReadOnly))
                 return false;
@@ -112,10 +113,14 @@ bool WritePrivateProfileString(const QString &section, const QString &key, const
                 return false;
         }
 
+        const QByteArray bytes = rewritten(existing, section, key, value);
+        // The file already reads so: a rewrite would change nothing but still cost a
+        // flush to disk, and start-up rewrites every key of "Setup.ini" each time.
+        if (exists && bytes == existing)
+            return true;
         QSaveFile out(fileName);
         if (!out.open(QIODevice::WriteOnly))
             return false;
-        const QByteArray bytes = rewritten(existing, section, key, value);
         if (out.write(bytes) != bytes.size())
             return false; // the temporary file is discarded; the old file stays
         return out.commit();

@@ -14,7 +14,8 @@
 // - every other line keeps its content; every line, the last included, ends in CR LF;
 // - new text is written as UTF-8; an empty value is written as "Key=".
 // The file is rewritten through a temporary file in its folder that replaces it
-// at the end, so a failure never leaves a half-written file. Returns false on any
+// at the end, so a failure never leaves a half-written file; a write that leaves
+// the content as it is does not touch the file. Returns false on any
 // failure: missing folder, read-only file or folder, unreadable file, or a section,
 // key or value that cannot be written as one line.
 bool WritePrivateProfileString(const QString &section, const QString &key, const QString &value,

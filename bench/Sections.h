@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QString>
+
+class Report;
+
+// What a run measures and how often; `--quick` trades precision for time.
+struct BenchOptions {
+    QString programDir;   // where norvale-floor and norvale-startup are
+    int startupRuns = 21; // start-ups of each program
+    int pauseRuns = 15;   // single pauses; tab changes on a live window
+    int idleRuns = 3;     // idle stretches of idleSeconds each
+    int idleSeconds = 10;
+    int fileRepetitions = 9; // Google Benchmark repetitions per file figure
+    int liveWindows = 7;     // measuring windows of the live test
+    int liveWindowMs = 2000;
+};
+
+// Each section adds its rows to the report.
+void benchStartup(Report &report, const BenchOptions &options);
+void benchPause(Report &report, const BenchOptions &options);
+void benchIdle(Report &report, const BenchOptions &options);
+void benchFiles(Report &report, const BenchOptions &options);
+void benchLiveTest(Report &report, const BenchOptions &options);
