@@ -5,6 +5,7 @@
 #include "app/Language.h"
 #include "app/MainForm.h"
 #include "app/RecentFiles.h"
+#include "app/RepaintPacer.h"
 #include "app/Settings.h"
 #include "app/Startup.h"
 #include "config/FileCommands.h"
@@ -104,6 +105,7 @@ Main::Main(RadioNetControl *rf1, const QString &programFolder, const QString &co
     rf1->setParent(this);
     rf1->setObjectName(QStringLiteral("RF1"));
     parts = std::make_unique<Parts>(*this, *ui, *rf1, programFolder);
+    new RepaintPacer(*this);
     wire();
     parts->guard.run([&] { parts->startup.Form_Load(commandLine); });
 }

@@ -198,8 +198,18 @@ void SimulatedRadioNet::request(Request kind,
              [this] { emit NetError(PortNotOpenError, QStringLiteral("Port not open")); });
         return;
     }
-    post(answerDelayMs_,
-         [=, this] { answer(kind, address, satellite, newSatId, interfaceCode, enabled); });
+    // One exchange of a kind per satellite is under way at a time: asking again
+    // before the answer has landed rides on the exchange already on the air, as a
+    // radio that polls would have it (a live test asks on every answer).
+    const Exchange exchange{satellite.get(), kind};
+    const bool repeatable = kind == Request::RequestConfig || kind == Request::RequestStatus;
+    if (repeatable && !inFlight_.insert(exchange).second)
+        return;
+    post(answerDelayMs_, [=, this] {
+        if (repeatable)
+            inFlight_.erase(exchange);
+        answer(kind, address, satellite, newSatId, interfaceCode, enabled);
+    });
 }
 
 // The air as it is when the message lands decides who answers.

@@ -9,6 +9,7 @@
 #include <deque>
 #include <functional>
 #include <optional>
+#include <set>
 #include <vector>
 
 struct OnAirSatellite { // a satellite on the air, as the radio sees it
@@ -100,7 +101,12 @@ private:
         std::function<void()> work;
     };
 
-    void log(const QString &entry) { callLog_.append(entry); }
+    // A log, not a leak: past 200,000 entries the oldest half goes.
+    void log(const QString &entry) {
+        if (callLog_.size() >= 200000)
+            callLog_.remove(0, 100000);
+        callLog_.append(entry);
+    }
     void request(Request kind, const std::shared_ptr<SimulatedSatellite> &satellite);
     void answer(Request kind, qint16 address, const std::shared_ptr<SimulatedSatellite> &satellite,
                 qint16 newSatId, qint16 interfaceCode, qint32 enabled);
@@ -134,6 +140,8 @@ private:
     };
     std::optional<InjectedError> injectedError_;
     QStringList callLog_;
+    using Exchange = std::pair<const void *, Request>;
+    std::set<Exchange> inFlight_; // repeatable requests whose answer has not landed
 
     // Outcomes waiting for their time, ordered by due time and, for equal times, by
     // the order they were posted. One outcome is delivered per timer shot, so a
