@@ -13,9 +13,9 @@ struct Globale;
 // parameters, terminal range) to FileName. An existing FileName is first renamed to
 // its backup: FileName cut before its first "." (of the whole path), plus ".bak".
 // False, with nothing written, for an existing file whose name has no "." and for
-// a read-only file or folder. False also for a list of 16 satellites or more, although the whole file
-// is then written (no padding section was needed), and whenever a key could not be
-// written. Never throws.
+// a read-only file or folder. False also for a list of 16 satellites or more, although the whole
+// file is then written (no padding section was needed), and whenever a key could not be written.
+// Never throws.
 bool WriteConfigFile(const QString &FileName, RadioNetControl &RF1, const Globale &g);
 
 // Loads FileName into NetControl: link parameters, notification parameters, the
