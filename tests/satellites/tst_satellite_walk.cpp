@@ -48,32 +48,31 @@ private slots:
             const bool stores = storeAccepts(shown);
             const int action = rng.bounded(100);
             QString what;
+            const auto click = [&](const char *button) {
+                what = button;
+                h.click(button);
+            };
             if (action < 18) {
-                what = "Insert";
-                h.click("b_Insert");
+                click("b_Insert");
                 if (position != 16 && stores) {
                     ++position;
                     ++count;
                 }
             } else if (action < 30) {
-                what = "Remove";
-                h.click("b_Supp");
+                click("b_Supp");
                 if (count != 1) {
                     --count;
                     position = std::max(position - 1, 1);
                 }
             } else if (action < 32) {
-                what = "Remove all";
-                h.click("b_ClearAll");
+                click("b_ClearAll");
                 position = count = 1;
             } else if (action < 46) {
-                what = "Next";
-                h.click("b_Next_antenne");
+                click("b_Next_antenne");
                 if (position < count && position < 16 && stores)
                     ++position;
             } else if (action < 60) {
-                what = "Previous";
-                h.click("b_Prev_antenne");
+                click("b_Prev_antenne");
                 if (position >= 2 && stores)
                     --position;
             } else if (action < 82) {
@@ -94,16 +93,15 @@ private slots:
                 h.leave("Check1");
                 what = "active flag " + QString::number(state);
             }
-            const QString expected = QStringLiteral("%1/%2").arg(position).arg(count);
-            const QString index = h.w<QLabel>("l_index")->text();
-            QVERIFY2(index == expected && h.net().Satellites().Count() == count,
-                     qPrintable(QStringLiteral("seed %1, step %2 (%3, Sat ID field was '%4'): "
-                                               "shows %5 of %6, expected %7")
+            const QString expected = QStringLiteral("%1/%2 of %2").arg(position).arg(count);
+            const QString seen = h.w<QLabel>("l_index")->text() +
+                                 QStringLiteral(" of %1").arg(h.net().Satellites().Count());
+            QVERIFY2(seen == expected,
+                     qPrintable(QStringLiteral("seed %1, step %2, %3 (Sat ID field "
+                                               "'%4'): shows %5, expected %6")
                                     .arg(seed)
                                     .arg(step)
-                                    .arg(what, shown, index)
-                                    .arg(h.net().Satellites().Count())
-                                    .arg(expected)));
+                                    .arg(what, shown, seen, expected)));
         }
         QCOMPARE(ticks.count(), 0);
         QVERIFY(!h.net().callLog().contains("StopPolling"));
