@@ -29,8 +29,8 @@ struct Editor : MainHarness {
     void load(const QString &list, int position = 1) {
         SatelliteList &satellites = net().Satellites();
         satellites.Clear();
-        for (const QString &spec : list.split(u' ')) {
-            const QStringList f = spec.split(u',');
+        for (const QString &entry : list.split(u' ')) {
+            const QStringList f = entry.split(u',');
             const SatellitePtr s = satellites.Add(qint16(f[0].toInt()));
             s->setInterface(qint16(f.value(1, QStringLiteral("1")).toInt()));
             s->setEnabled(qint16(f.value(2, QStringLiteral("1")).toInt()));
