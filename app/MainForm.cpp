@@ -1,5 +1,7 @@
 #include "app/MainForm.h"
 
+#include <QComboBox>
+#include <QCompleter>
 #include <QLabel>
 #include <QTimer>
 
@@ -7,6 +9,12 @@ void MainForm::setupUi(QMainWindow *Main) {
     Ui::Main::setupUi(Main);
     for (QAction *separator : {mtiret1, mtiret2, mtiret3, mtiret4})
         separator->setSeparator(true);
+    // A typed text stays as typed: the handlers compare it exactly ("rs-232" is not
+    // "RS-232"), so completion must not change its case behind them.
+    for (QComboBox *combo : {C_port, C_timeout, C_Interface}) {
+        combo->setInsertPolicy(QComboBox::NoInsert);
+        combo->completer()->setCaseSensitivity(Qt::CaseSensitive);
+    }
 
     Timer1 = new QTimer(Main);
     Timer1->setObjectName(QStringLiteral("Timer1"));

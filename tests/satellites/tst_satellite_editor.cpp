@@ -162,9 +162,9 @@ private slots:
         // ID goes along, the active flag does not. RS-232 is for this satellite only.
         row("C_Interface RS-485", "7 8", 2, "=2047,RS-485,0 C_Interface",
             "7,0,1 2047,0,1 | 2/2 2047 RS-485 0 | - | - | GACx");
-        // (The box itself matches "rs-232" to its item once the handler has run.)
+        // The box keeps "rs-232" as typed: what it shows is what was written.
         row("C_Interface rs-232", "7 8", 2, "=24,rs-232 C_Interface",
-            "7,0,1 24,0,1 | 2/2 24 RS-232 2 | - | - | GACx");
+            "7,0,1 24,0,1 | 2/2 24 rs-232 2 | - | - | GACx");
         row("C_Interface RS-232", "7,0 8,0", 2, "=24,RS-232 C_Interface",
             "7,0,1 24,1,1 | 2/2 24 RS-232 2 | - | - | GACx");
         // Check1 writes this satellite's three fields; grey counts as active.
