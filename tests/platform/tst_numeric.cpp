@@ -18,29 +18,15 @@ class tst_Numeric : public QObject {
     Q_OBJECT
 
 private slots:
-    void leadingNumber_data() {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<double>("expected");
-        const std::pair<const char *, double> rows[] = {
+    void conversions() {
+        const std::pair<const char *, double> texts[] = {
             {"20 s", 20},   {"+7", 7}, {"-2.5x", -2.5}, {".5", 0.5}, {"  42", 42},
             {"1.2.3", 1.2}, {"", 0},   {"COM1", 0},     {"-", 0},    {".", 0}};
-        for (const auto &[text, expected] : rows)
-            QTest::addRow("'%s'", text) << QString::fromLatin1(text) << expected;
-    }
-    void leadingNumber() {
-        QFETCH(QString, text);
-        QFETCH(double, expected);
-        QCOMPARE(::leadingNumber(text), expected);
-    }
-
-    void roundingAndRanges() {
-        for (const auto &[value, expected] : {std::pair{0.5, 0.0},
-                                              {1.5, 2.0},
-                                              {2.5, 2.0},
-                                              {2.51, 3.0},
-                                              {-1.5, -2.0},
-                                              {-2.5, -2.0},
-                                              {-2.4, -2.0}})
+        for (const auto &[text, expected] : texts)
+            QCOMPARE(leadingNumber(QString::fromLatin1(text)), expected);
+        const std::pair<double, double> halves[] = {{0.5, 0},   {1.5, 2},   {2.5, 2},  {2.51, 3},
+                                                    {-1.5, -2}, {-2.5, -2}, {-2.4, -2}};
+        for (const auto &[value, expected] : halves)
             QCOMPARE(roundHalfEven(value), expected);
 
         QCOMPARE(toInt16(-32768.0), qint16(-32768));
