@@ -164,6 +164,7 @@ private slots:
         h.click("b_Debut_test");
         QTRY_COMPARE_WITH_TIMEOUT(ticks.ticks(), 5, 10000);
         QCOMPARE(configRequests(h).last(), QStringLiteral("RequestConfig 2"));
+        h.net().Satellites().Remove(2);
         h.net().Satellites().Remove(3);
         h.click("b_Debut_test");
         QTRY_COMPARE_WITH_TIMEOUT(ticks.ticks(), 6, 10000);
