@@ -11,14 +11,15 @@
 #include <QLabel>
 
 using namespace net_support;
+using namespace Qt::StringLiterals;
 
 namespace {
 
 // The link routines on their own: the simulated network, the pause on its own
 // Timer1, and the two status panels.
 struct Rig {
-    explicit Rig(bool french = false) {
-        g.LanguageBase = french ? 0 : 100;
+    Rig() {
+        g.LanguageBase = 100;
         timer1.setInterval(50);
         QObject::connect(&timer1, &QTimer::timeout, guard(&pause, &Pause::Timer1_Timer));
         // What the window's error handler does that these routines read.
@@ -26,20 +27,8 @@ struct Rig {
                          [this](qint16 number, const QString &) { g.NetErrorCode = number; });
         net.setAnswerDelayMs(0);
         net.clearAir();
+        net.setCommPort(QStringLiteral("COM3"));
         panel2.setText(QStringLiteral("kept"));
-    }
-
-    // Brings the link to a state the way the routines would, then forgets the calls.
-    void bringTo(int state) {
-        if (state >= 1 && state <= 3)
-            net.OpenPort();
-        if (state == 2 || state == 3)
-            net.StartPolling();
-        if (state == 3)
-            net.StopPolling();
-        if (state > 3)
-            net.setLinkStateOverride(qint16(state));
-        net.clearCallLog();
     }
 
     Globale g;
@@ -54,180 +43,94 @@ struct Rig {
     LinkStatus link{{&panel1, &panel2}, g, texts, net, pause};
 };
 
+// The four moves of the link: the calls made, the result, the state reached, and
+// the flags they record (-1: not written).
+struct Move {
+    const char *tag, *routine;
+    int from;
+    QLatin1String scenario;
+    const char *log;
+    bool result;
+    int stateAfter, portOpen, pollingActive, netErrorCode;
+};
+const char *const Start = "StartNetwork", *const Halt = "HaltPolling",
+                  *const Close = "CloseNetwork", *const Reopen = "ReopenPort";
+const Move Moves[] = {
+    {"start from inactive", Start, 0, {}, "OpenPort StartPolling", 1, 2, 1, 1, 0},
+    {"start from halted", Start, 3, {}, "StartPolling", 1, 2, -1, 1, 0},
+    {"start while polling", Start, 2, {}, "", 1, 2, -1, -1, 0},
+    {"start without satellites", Start, 0, "no satellites"_L1, "", 0, 0, -1, -1, 0},
+    // The error event of the failed opening arrives during the pause: no polling.
+    {"start on a missing port", Start, 0, "port missing"_L1, "OpenPort", 0, 0, 0, -1, 2},
+    {"start, error in the first pause", Start, 0, "error"_L1, "OpenPort", 0, 1, 1, -1, 6},
+    // The result is what the link reports, whatever the flags say.
+    {"start, error in the first pause, state 2", Start, 0, "error, state 2"_L1, "OpenPort", 1, 2, 1,
+     -1, 6},
+    {"halt from open", Halt, 1, {}, "", 0, 1, -1, -1, 0},
+    {"halt while polling", Halt, 2, {}, "StopPolling", 1, 3, -1, 0, 0},
+    {"halt when halted", Halt, 3, {}, "", 1, 3, -1, -1, 0},
+    // The result says the port was inactive before, not that closing worked.
+    {"close when inactive", Close, 0, {}, "ClosePort", 1, 0, 0, -1, 0},
+    {"close when halted", Close, 3, {}, "ClosePort", 0, 0, 0, -1, 0},
+    {"close while polling", Close, 2, {}, "StopPolling ClosePort", 0, 0, 0, 0, 0},
+    {"close in state 7", Close, 7, {}, "", 0, 7, -1, -1, 0},
+    {"reopen while polling", Reopen, 2, {}, "ClosePort OpenPort", 1, 1, 1, -1, 0},
+    {"reopen on a missing port", Reopen, 0, "port missing"_L1, "ClosePort OpenPort", 0, 0, 0, -1,
+     2},
+};
+
 } // namespace
 
 class tst_LinkStatus : public QObject {
     Q_OBJECT
 
 private slots:
-    void queryLinkStatus_data() {
-        QTest::addColumn<int>("state");
-        QTest::addColumn<QString>("port");
-        QTest::addColumn<bool>("french");
-        QTest::addColumn<bool>("errorPending");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<int>("lastLinkState");
-
-        QTest::newRow("inactive") << 0 << "COM1" << false << false << "Com port inactive" << 0;
-        QTest::newRow("inactive, French") << 0 << "COM1" << true << false << "Inactif" << 0;
-        QTest::newRow("open") << 1 << "COM3" << false << false << "COM3 Open " << 1;
-        QTest::newRow("open, French") << 1 << "COM3" << true << false << "COM3 Ouvert " << 1;
-        QTest::newRow("polling") << 2 << "COM2" << false << false << "COM2 Open Polling active"
-                                 << 2;
-        QTest::newRow("polling, French")
-            << 2 << "COM2" << true << false << "COM2 Ouvert Polling Actif" << 2;
-        QTest::newRow("halted") << 3 << "COM4" << false << false << "COM4 Open Polling halted" << 3;
-        QTest::newRow("halted, French")
-            << 3 << "COM4" << true << false << "COM4 Ouvert Polling Inactif" << 3;
-        QTest::newRow("polling, error pending")
-            << 2 << "COM1" << false << true << "COM1 Open Polling active" << 2;
-        // Out of range: one fixed text in both languages, and the last state kept.
-        QTest::newRow("state 7") << 7 << "COM1" << false << false << "Erreur de Status" << 1;
-        QTest::newRow("state 7, French") << 7 << "COM1" << true << false << "Erreur de Status" << 1;
-        QTest::newRow("state 4") << 4 << "COM1" << false << true << "Erreur de Status" << 1;
-        QTest::newRow("state -1") << -1 << "COM1" << false << false << "Erreur de Status" << 1;
-    }
-    void queryLinkStatus() {
-        QFETCH(int, state);
-        QFETCH(QString, port);
-        QFETCH(bool, french);
-        QFETCH(bool, errorPending);
-        QFETCH(QString, text);
-        QFETCH(int, lastLinkState);
-
-        Rig rig(french);
-        rig.net.setCommPort(port);
-        rig.net.setLinkStateOverride(1);
-        rig.link.QueryLinkStatus();
-        QCOMPARE(rig.g.LastLinkState, qint16(1));
-
-        rig.panel2.setText(QStringLiteral("kept"));
-        rig.g.NetErrorCode = errorPending ? 4 : 0;
-        rig.net.setLinkStateOverride(qint16(state));
-        QCOMPARE(rig.link.QueryLinkStatus(), text);
-        QCOMPARE(rig.panel1.text(), text);
-        QCOMPARE(rig.g.LastLinkState, qint16(lastLinkState));
-        const QString ready = french ? QString::fromUtf8("Prêt") : QStringLiteral("Ready");
-        QCOMPARE(rig.panel2.text(), errorPending ? QStringLiteral("kept") : ready);
-    }
-
-    // The four moves of the link: the calls made, the result, the state reached, and
-    // the flags they record (-1: not written).
     void routines_data() {
-        QTest::addColumn<QString>("routine");
-        QTest::addColumn<int>("from");
-        QTest::addColumn<QString>("scenario");
-        QTest::addColumn<QStringList>("log");
-        QTest::addColumn<bool>("result");
-        QTest::addColumn<int>("stateAfter");
-        QTest::addColumn<int>("portOpen");
-        QTest::addColumn<int>("pollingActive");
-        QTest::addColumn<int>("netErrorCode");
-
-        const QString start = QStringLiteral("StartNetwork");
-        QTest::newRow("start from inactive")
-            << start << 0 << "" << QStringList{"OpenPort", "StartPolling"} << true << 2 << 1 << 1
-            << 0;
-        QTest::newRow("start from open")
-            << start << 1 << "" << QStringList{"StartPolling"} << true << 2 << -1 << 1 << 0;
-        QTest::newRow("start from halted")
-            << start << 3 << "" << QStringList{"StartPolling"} << true << 2 << -1 << 1 << 0;
-        QTest::newRow("start while polling")
-            << start << 2 << "" << QStringList{} << true << 2 << -1 << -1 << 0;
-        QTest::newRow("start without satellites")
-            << start << 0 << "no satellites" << QStringList{} << false << 0 << -1 << -1 << 0;
-        // The error event of the failed opening arrives during the pause: no polling.
-        QTest::newRow("start on a missing port")
-            << start << 0 << "port missing" << QStringList{"OpenPort"} << false << 0 << 0 << -1
-            << 2;
-        QTest::newRow("start, error during the first pause")
-            << start << 0 << "error in first pause" << QStringList{"OpenPort"} << false << 1 << 1
-            << -1 << 6;
-        QTest::newRow("start, error during the first pause, polling reported")
-            << start << 0 << "error in first pause, state 2" << QStringList{"OpenPort"} << true << 2
-            << 1 << -1 << 6;
-
-        const QString halt = QStringLiteral("HaltPolling");
-        QTest::newRow("halt from inactive")
-            << halt << 0 << "" << QStringList{} << false << 0 << -1 << -1 << 0;
-        QTest::newRow("halt from open")
-            << halt << 1 << "" << QStringList{} << false << 1 << -1 << -1 << 0;
-        QTest::newRow("halt while polling")
-            << halt << 2 << "" << QStringList{"StopPolling"} << true << 3 << -1 << 0 << 0;
-        QTest::newRow("halt when halted")
-            << halt << 3 << "" << QStringList{} << true << 3 << -1 << -1 << 0;
-        QTest::newRow("halt in state 7")
-            << halt << 7 << "" << QStringList{} << false << 7 << -1 << -1 << 0;
-
-        // The result says the port was inactive before, not that closing worked.
-        const QString close = QStringLiteral("CloseNetwork");
-        QTest::newRow("close when inactive")
-            << close << 0 << "" << QStringList{"ClosePort"} << true << 0 << 0 << -1 << 0;
-        QTest::newRow("close when open")
-            << close << 1 << "" << QStringList{"ClosePort"} << false << 0 << 0 << -1 << 0;
-        QTest::newRow("close while polling")
-            << close << 2 << "" << QStringList{"StopPolling", "ClosePort"} << false << 0 << 0 << 0
-            << 0;
-        QTest::newRow("close when halted")
-            << close << 3 << "" << QStringList{"ClosePort"} << false << 0 << 0 << -1 << 0;
-        QTest::newRow("close in state 7")
-            << close << 7 << "" << QStringList{} << false << 7 << -1 << -1 << 0;
-
-        const QString reopen = QStringLiteral("ReopenPort");
-        QTest::newRow("reopen while polling")
-            << reopen << 2 << "" << QStringList{"ClosePort", "OpenPort"} << true << 1 << 1 << -1
-            << 0;
-        QTest::newRow("reopen when inactive")
-            << reopen << 0 << "" << QStringList{"ClosePort", "OpenPort"} << true << 1 << 1 << -1
-            << 0;
-        QTest::newRow("reopen on a missing port")
-            << reopen << 0 << "port missing" << QStringList{"ClosePort", "OpenPort"} << false << 0
-            << 0 << -1 << 2;
+        QTest::addColumn<int>("index");
+        for (int i = 0; i < int(std::size(Moves)); ++i)
+            QTest::newRow(Moves[i].tag) << i;
     }
     void routines() {
-        QFETCH(QString, routine);
-        QFETCH(int, from);
-        QFETCH(QString, scenario);
-        QFETCH(QStringList, log);
-        QFETCH(bool, result);
-        QFETCH(int, stateAfter);
-        QFETCH(int, portOpen);
-        QFETCH(int, pollingActive);
-        QFETCH(int, netErrorCode);
+        QFETCH(int, index);
+        const auto &[tag, routine, from, scenario, log, result, stateAfter, portOpen, pollingActive,
+                     netErrorCode] = Moves[index];
+        const QStringList panel1{"Com port inactive", "COM3 Open ", "COM3 Open Polling active",
+                                 "COM3 Open Polling halted"};
 
         // Twice, from either value of the flags: a flag the routine does not write
         // keeps the value it had.
         for (const bool flagsBefore : {false, true}) {
             Rig rig;
-            if (scenario != QLatin1String("no satellites"))
+            if (scenario != "no satellites"_L1)
                 rig.net.Satellites().Add(1);
-            if (scenario == QLatin1String("port missing"))
-                rig.net.setAvailablePorts({QStringLiteral("COM2")});
-            rig.bringTo(from);
+            if (scenario == "port missing"_L1)
+                rig.net.setAvailablePorts({QStringLiteral("COM1")});
+            if (from >= 1 && from <= 3)
+                rig.net.OpenPort();
+            if (from == 2 || from == 3)
+                rig.net.StartPolling();
+            if (from == 3)
+                rig.net.StopPolling();
+            if (from > 3)
+                rig.net.setLinkStateOverride(qint16(from));
+            rig.net.clearCallLog();
             TickHook firstPause(&rig.timer1, [&](int tick) {
-                if (tick != 1 || !scenario.startsWith(QLatin1String("error in first pause")))
+                if (tick != 1 || !scenario.startsWith("error"_L1))
                     return;
                 rig.net.raiseNetError(6, QStringLiteral("Noise"));
-                if (scenario.endsWith(QLatin1String("state 2")))
+                if (scenario.endsWith("state 2"_L1))
                     rig.net.setLinkStateOverride(2);
             });
             rig.g.PortOpen = flagsBefore;
             rig.g.PollingActive = flagsBefore;
-            // Every routine starts by clearing the pending error.
-            rig.g.NetErrorCode = 9;
+            rig.g.NetErrorCode = 9; // every routine starts by clearing the pending error
 
-            bool returned = false;
-            if (routine == QLatin1String("StartNetwork"))
-                returned = rig.link.StartNetwork();
-            else if (routine == QLatin1String("HaltPolling"))
-                returned = rig.link.HaltPolling();
-            else if (routine == QLatin1String("CloseNetwork"))
-                returned = rig.link.CloseNetwork();
-            else
-                returned = rig.link.ReopenPort();
-
-            QCOMPARE(rig.net.callLog(), log);
-            if (routine != QLatin1String("ReopenPort")) // its result is not settled
+            const bool returned = routine == Start   ? rig.link.StartNetwork()
+                                  : routine == Halt  ? rig.link.HaltPolling()
+                                  : routine == Close ? rig.link.CloseNetwork()
+                                                     : rig.link.ReopenPort();
+            QCOMPARE(rig.net.callLog(), QString::fromLatin1(log).split(u' ', Qt::SkipEmptyParts));
+            if (routine != Reopen) // its result is not settled
                 QCOMPARE(returned, result);
             QCOMPARE(rig.net.LinkState(), qint16(stateAfter));
             QCOMPARE(rig.g.PortOpen, portOpen < 0 ? flagsBefore : portOpen == 1);
@@ -237,36 +140,28 @@ private slots:
             // The last link status query writes "Ready" unless an error is pending.
             QCOMPARE(rig.panel2.text(),
                      netErrorCode == 0 ? QStringLiteral("Ready") : QStringLiteral("kept"));
-            QCOMPARE(rig.panel1.text(), rig.link.QueryLinkStatus());
+            // A state out of range: one fixed text in both languages.
+            QCOMPARE(rig.panel1.text(),
+                     panel1.value(stateAfter, QStringLiteral("Erreur de Status")));
         }
     }
 
-    void pauseLastsFiveTicks() {
+    // The pause lasts five ticks and sleeps in the event loop between events. Counted
+    // in wake-ups of the event loop, not in time: five ticks need a handful, a loop
+    // that polls without waiting makes thousands in the same quarter second.
+    void pauseDoesNotSpin() {
         Rig rig;
         TickHook ticks(&rig.timer1, [](int) {});
+        QAbstractEventDispatcher *dispatcher = QAbstractEventDispatcher::instance();
+        int wakeUps = 0;
+        QObject context;
+        connect(dispatcher, &QAbstractEventDispatcher::awake, &context, [&] { ++wakeUps; });
+        connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, &context, [&] { ++wakeUps; });
         rig.pause.run();
+        QVERIFY2(wakeUps < 100, qPrintable(QStringLiteral("%1 wake-ups").arg(wakeUps)));
         QCOMPARE(ticks.ticks(), 5);
         QCOMPARE(rig.g.WaitTicks, qint16(5));
         QVERIFY(!rig.timer1.isActive());
-        QCOMPARE(rig.timer1.interval(), 50);
-    }
-
-    // The pause sleeps in the event loop between events. Counted in wake-ups of the
-    // event loop, not in time: five ticks need a handful, a loop that polls without
-    // waiting makes thousands in the same quarter second.
-    void pauseDoesNotSpin() {
-        Rig rig;
-        QAbstractEventDispatcher *dispatcher = QAbstractEventDispatcher::instance();
-        QVERIFY(dispatcher);
-        int wakeUps = 0;
-        const QMetaObject::Connection awake =
-            connect(dispatcher, &QAbstractEventDispatcher::awake, [&] { ++wakeUps; });
-        const QMetaObject::Connection asleep =
-            connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, [&] { ++wakeUps; });
-        rig.pause.run();
-        disconnect(awake);
-        disconnect(asleep);
-        QVERIFY2(wakeUps < 100, qPrintable(QStringLiteral("%1 wake-ups").arg(wakeUps)));
     }
 
     // A handler run during a pause may start a pause of its own. When that one ends,
@@ -280,13 +175,12 @@ private slots:
     }
     void nestedPause() {
         QFETCH(QString, via);
-
         Rig rig;
+        int nestedFromTick = -1;
+        int nestedToTick = -1;
         std::function<void()> nested;
-        QObject context;
         QTimer zeroTimer; // a timer event, not a posted one
         zeroTimer.setSingleShot(true);
-        zeroTimer.setInterval(0);
         connect(&zeroTimer, &QTimer::timeout, [&] { nested(); });
         TickHook ticks(&rig.timer1, [&](int tick) {
             if (tick != 2)
@@ -294,12 +188,10 @@ private slots:
             if (via == QLatin1String("tick"))
                 nested();
             else if (via == QLatin1String("timer"))
-                zeroTimer.start();
+                zeroTimer.start(0);
             else
-                QMetaObject::invokeMethod(&context, nested, Qt::QueuedConnection);
+                QMetaObject::invokeMethod(&rig.timer1, nested, Qt::QueuedConnection);
         });
-        int nestedFromTick = -1;
-        int nestedToTick = -1;
         nested = [&] {
             nestedFromTick = ticks.ticks();
             rig.pause.run();

@@ -1,7 +1,6 @@
 #include "support/NetSupport.h"
 
 #include <QEventLoop>
-#include <QLineEdit>
 #include <QTabWidget>
 #include <QTableWidget>
 
@@ -13,16 +12,13 @@ bool settle(SimulatedRadioNet &net, int timeoutMs) {
     QEventLoop loop;
     bool arrived = false;
     QObject::connect(&net, &RadioNetControl::StatusReceived, &loop, [&](qint16 satId) {
-        if (satId == NobodyId) {
+        if (satId == -1) {
             arrived = true;
             loop.quit();
         }
     });
-    QTimer limit;
-    limit.setSingleShot(true);
-    QObject::connect(&limit, &QTimer::timeout, &loop, &QEventLoop::quit);
-    net.raiseStatusReceived(NobodyId);
-    limit.start(timeoutMs);
+    QTimer::singleShot(timeoutMs, &loop, &QEventLoop::quit);
+    net.raiseStatusReceived(-1);
     loop.exec();
     return arrived;
 }
@@ -40,8 +36,7 @@ void openSatelliteTab(MainHarness &h) {
 
 bool detect(MainHarness &h, qint16 satId) {
     h.typeAndLeave("Text3", QString::number(satId));
-    // Panel 2 emptied first, so that "Ready" coming back marks the chain's end.
-    h.w<QLabel>("StatusPanel2")->clear();
+    h.w<QLabel>("StatusPanel2")->clear(); // so that "Ready" coming back marks the end
     h.click("b_Alive");
     const bool ended = QTest::qWaitFor([&] {
         return h.panel2() == QStringLiteral("Ready") || h.panel2() == QString::fromUtf8("Prêt");
@@ -51,25 +46,15 @@ bool detect(MainHarness &h, qint16 satId) {
 }
 
 QStringList networkView(MainHarness &h) {
-    auto *grid = h.w<QTableWidget>("MFG1");
     QStringList column;
     for (int row = 0; row < 6; ++row)
-        column << grid->item(row, 1)->text();
+        column << h.w<QTableWidget>("MFG1")->item(row, 1)->text();
     return column;
 }
 
 QStringList testRow(MainHarness &h, int row) {
     auto *grid = h.w<QTableWidget>("MFG2");
     return {grid->item(row, 0)->text(), grid->item(row, 1)->text(), grid->item(row, 2)->text()};
-}
-
-QStringList entries(const QStringList &log, const QString &prefix) {
-    QStringList found;
-    for (const QString &entry : log) {
-        if (entry.startsWith(prefix))
-            found << entry;
-    }
-    return found;
 }
 
 TickHook::TickHook(QTimer *timer, std::function<void(int tick)> action) {
