@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QDir>
 
 namespace {
@@ -93,6 +94,16 @@ private slots:
         QCOMPARE(h.main().windowTitle(), "NORVALE Setup");
         QCOMPARE(shown(h, {"C_port", "Text3", "l_index"}), QStringList({"COM2", "5", "1/3"}));
         QCOMPARE(recentMenu(h), QStringList({file, "", "", ""}));
+
+        // The list is kept in memory when "Setup.ini" cannot take it.
+        const QByteArray settings = folder.read("Setup.ini");
+        QFile::setPermissions(folder.file("Setup.ini"), QFile::ReadOwner | QFile::ReadGroup);
+        h.w<QComboBox>("C_port")->setCurrentText(QStringLiteral("COM1"));
+        h.trigger("mFile1");
+        QCOMPARE(h.panel2(), "Error writing setup.ini");
+        QCOMPARE(recentMenu(h), QStringList({file, "", "", ""}));
+        QCOMPARE(folder.read("Setup.ini"), settings);
+        QCOMPARE(shown(h, {"C_port"}), QStringList({"COM2"}));
     }
 
     void aMissingFileIsReportedAndKept() {
@@ -113,22 +124,6 @@ private slots:
         QCOMPARE(folder.read("Setup.ini"), settings);
         // What the failed read had cleared stays cleared.
         QCOMPARE(h.net().Satellites().Count(), 0);
-    }
-
-    void aSettingsFileThatCannotBeWrittenIsReported() {
-        ProgramFolder folder;
-        prepare(folder, {"net"}, {"net"});
-        MainHarness h(folder, QString());
-        // The range already shown: the boxes' checks do not overwrite the message.
-        h.typeAndLeave("Text1", QStringLiteral("10"));
-        h.typeAndLeave("Text2", QStringLiteral("12"));
-        const QByteArray settings = folder.read("Setup.ini");
-        QFile::setPermissions(folder.file("Setup.ini"), QFile::ReadOwner | QFile::ReadGroup);
-        h.trigger("mFile2");
-        QCOMPARE(h.panel2(), "Error writing setup.ini");
-        QCOMPARE(recentMenu(h), QStringList({folder.file("net.nvl"), "", "", ""}));
-        QCOMPARE(folder.read("Setup.ini"), settings);
-        QCOMPARE(satellitesOf(h.net()), QStringList({"5/1/1", "7/0/0", "1999/1/1"}));
     }
 
     // The command line names a file of the program folder ("%1" is its full path).
@@ -168,8 +163,8 @@ private slots:
         QCOMPARE(shown(h, {"Text1"}), QStringList({opened ? "10" : ""}));
     }
 
-    // Set a range, add satellites, save over an existing file, start again and
-    // reopen it from the list.
+    // Set a range, add satellites, save over an existing file (Save as replaces a
+    // file, it never creates one), start again and reopen it from the list.
     void technicianRoundTrip() {
         ProgramFolder folder;
         QVERIFY(QDir(folder.path()).mkdir(QStringLiteral("Réseau été")));
@@ -190,12 +185,17 @@ private slots:
             h.w<QCheckBox>("Check1")->setCheckState(Qt::Checked);
             h.leave("Check1");
             QCOMPARE(satellitesOf(h.net()), saved);
-            {
-                FileDialogAnswerer answer({target});
-                h.trigger("m_enregistersous");
-            }
+            // The dialog itself refuses a name that does not exist, for saving too, and
+            // stays open for another.
+            FileDialogAnswerer answer({folder.file("new.nvl"), target});
+            h.trigger("m_enregistersous");
+            QCOMPARE(answer.firstShown(), fileDialogAsDesigned("save", folder));
+            QCOMPARE(answer.messageBoxes().size(), 1);
+            QVERIFY(answer.messageBoxes().value(0).contains(QStringLiteral("new.nvl")));
+            QVERIFY(!QFile::exists(folder.file("new.nvl")));
             QCOMPARE(h.panel2(), "File saved");
             QCOMPARE(h.main().windowTitle(), QStringLiteral("NORVALE Setup ") + target);
+            QVERIFY(h.w<QAction>("m_enregistrer")->isEnabled());
             QCOMPARE(folder.read(QStringLiteral("Réseau été/câble ü ñ.bak")), "previous version");
         }
 

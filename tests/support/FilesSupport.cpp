@@ -5,6 +5,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QDir>
 #include <QLineEdit>
 #include <QMessageBox>
 
@@ -59,6 +60,12 @@ void FileDialogAnswerer::poll() {
         }
         answering_ = false;
     });
+}
+
+QStringList fileDialogAsDesigned(const char *mode, const ProgramFolder &folder) {
+    return {
+        mode, "existing", "own", QDir(folder.path()).absolutePath(), "File configuration (*.nvl)",
+        "nvl"};
 }
 
 void openThroughDialog(MainHarness &h, const QString &file, QStringList *shown) {

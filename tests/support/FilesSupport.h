@@ -36,6 +36,8 @@ private:
     QStringList first_;
 };
 
+// The file dialog as both file commands show it, but for its accept mode.
+QStringList fileDialogAsDesigned(const char *mode, const ProgramFolder &folder);
 // Runs File > Open and answers its dialog with file; shown, if given, receives the
 // dialog as it was shown.
 void openThroughDialog(MainHarness &h, const QString &file, QStringList *shown = nullptr);
