@@ -2,7 +2,6 @@
 
 #include <QAction>
 #include <QCheckBox>
-#include <QComboBox>
 #include <QDir>
 
 namespace {
@@ -95,15 +94,16 @@ private slots:
         QCOMPARE(shown(h, {"C_port", "Text3", "l_index"}), QStringList({"COM2", "5", "1/3"}));
         QCOMPARE(recentMenu(h), QStringList({file, "", "", ""}));
 
-        // The list is kept in memory when "Setup.ini" cannot take it.
+        // The list is kept in memory when "Setup.ini" cannot take it, and the file
+        // is shown all the same.
         const QByteArray settings = folder.read("Setup.ini");
         QFile::setPermissions(folder.file("Setup.ini"), QFile::ReadOwner | QFile::ReadGroup);
-        h.w<QComboBox>("C_port")->setCurrentText(QStringLiteral("COM1"));
-        h.trigger("mFile1");
+        folder.write("other.nvl", goldenWith());
+        openThroughDialog(h, folder.file("other.nvl"));
         QCOMPARE(h.panel2(), "Error writing setup.ini");
-        QCOMPARE(recentMenu(h), QStringList({file, "", "", ""}));
+        QCOMPARE(recentMenu(h), QStringList({folder.file("other.nvl"), file, "", ""}));
         QCOMPARE(folder.read("Setup.ini"), settings);
-        QCOMPARE(shown(h, {"C_port"}), QStringList({"COM2"}));
+        QCOMPARE(shown(h, {"C_port"}), QStringList({"COM1"}));
     }
 
     void aMissingFileIsReportedAndKept() {

@@ -28,19 +28,6 @@ Globale likeGolden(RadioNetControl &net) {
     return g;
 }
 
-// Takes every write permission off a file or folder for its lifetime.
-struct ReadOnly {
-    explicit ReadOnly(const QString &path)
-        : path(path)
-        , saved(QFile::permissions(path)) {
-        QFile::setPermissions(path, saved & ~(QFile::WriteOwner | QFile::WriteUser |
-                                              QFile::WriteGroup | QFile::WriteOther));
-    }
-    ~ReadOnly() { QFile::setPermissions(path, saved); }
-    const QString path;
-    const QFileDevice::Permissions saved;
-};
-
 } // namespace
 
 class tst_ConfigFile : public QObject {
@@ -254,10 +241,15 @@ private slots:
         QCOMPARE(dir.read("data.v2/net.nvl"), goldenWith());
 
         // Nothing can be replaced: both versions stay, nothing half-written is left.
+        const auto writable =
+            QFile::WriteOwner | QFile::WriteUser | QFile::WriteGroup | QFile::WriteOther;
         for (const QString &locked :
              {path, dir.file("data.bak"), dir.file("data.v2"), dir.path()}) {
-            const ReadOnly guard(locked);
-            QVERIFY2(!WriteConfigFile(path, net, Globale()), qPrintable(locked));
+            const QFile::Permissions permissions = QFile::permissions(locked);
+            QFile::setPermissions(locked, permissions & ~writable);
+            const bool saved = WriteConfigFile(path, net, Globale());
+            QFile::setPermissions(locked, permissions);
+            QVERIFY2(!saved, qPrintable(locked));
         }
         QCOMPARE(dir.read("data.bak"), "first");
         QCOMPARE(dir.read("data.v2/net.nvl"), goldenWith());

@@ -32,7 +32,8 @@ private slots:
         row("letter in first, then last", {"1=10", "2=12", "1=a", "2=12"}, "", "12", "13");
         // "0" empties the box and resets its number: 1 to (0) is then an error.
         row("0 in last", {"1=10", "2=12", "2=0", "1=1"}, "1", "", "Error");
-        for (const char *bad : {" 5", "+5", "1e3", "1\xEF\xBC\x95", "32768", "99999999999999999999"})
+        for (const char *bad :
+             {" 5", "+5", "1e3", "1\xEF\xBC\x95", "32768", "99999999999999999999"})
             row(qPrintable(QStringLiteral("'%1' in last").arg(QString::fromUtf8(bad))),
                 {"1=1", "2=9", QStringLiteral("2=") + QString::fromUtf8(bad)}, "1", "", "Error");
         row("1 to 32767", {"1=1", "2=32767"}, "1", "32767", "32767");

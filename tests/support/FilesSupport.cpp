@@ -63,9 +63,8 @@ void FileDialogAnswerer::poll() {
 }
 
 QStringList fileDialogAsDesigned(const char *mode, const ProgramFolder &folder) {
-    return {
-        mode, "existing", "own", QDir(folder.path()).absolutePath(), "File configuration (*.nvl)",
-        "nvl"};
+    const QString filter = QStringLiteral("File configuration (*.nvl)");
+    return {mode, "existing", "own", QDir(folder.path()).absolutePath(), filter, "nvl"};
 }
 
 void openThroughDialog(MainHarness &h, const QString &file, QStringList *shown) {
