@@ -5,10 +5,9 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QDir>
 #include <QLineEdit>
-#include <QMenu>
 #include <QMessageBox>
-#include <QPushButton>
 
 FileDialogAnswerer::FileDialogAnswerer(QStringList files)
     : files_(std::move(files)) {
@@ -33,14 +32,13 @@ void FileDialogAnswerer::poll() {
         return;
     if (dialog != current_) {
         current_ = dialog;
-        if (seen_++ == 0) {
-            first_.nonNative = dialog->testOption(QFileDialog::DontUseNativeDialog);
-            first_.acceptMode = dialog->acceptMode();
-            first_.fileMode = dialog->fileMode();
-            first_.directory = dialog->directory().absolutePath();
-            first_.nameFilters = dialog->nameFilters();
-            first_.defaultSuffix = dialog->defaultSuffix();
-        }
+        if (seen_++ == 0)
+            first_ = {dialog->acceptMode() == QFileDialog::AcceptSave ? "save" : "open",
+                      dialog->fileMode() == QFileDialog::ExistingFile ? "existing" : "any",
+                      dialog->testOption(QFileDialog::DontUseNativeDialog) ? "own" : "native",
+                      dialog->directory().absolutePath(),
+                      dialog->nameFilters().join(u';'),
+                      dialog->defaultSuffix()};
     }
     if (files_.isEmpty()) {
         dialog->reject();
@@ -49,8 +47,7 @@ void FileDialogAnswerer::poll() {
     // Accepted from a timer of its own: a timer does not fire again while its own
     // slot runs, and the accept may wait in a message box that this poll must close.
     answering_ = true;
-    const QString file = files_.takeFirst();
-    QTimer::singleShot(0, &timer_, [this, dialog = QPointer<QFileDialog>(dialog), file] {
+    QTimer::singleShot(0, &timer_, [this, dialog = QPointer(dialog), file = files_.takeFirst()] {
         if (dialog) {
             // Typed into the name box, as the user does: selectFile leaves a box
             // that has the focus alone.
@@ -65,44 +62,41 @@ void FileDialogAnswerer::poll() {
     });
 }
 
-QByteArray configFileBytes(const ConfigSpec &spec) {
-    QByteArray text;
-    auto section = [&](const QByteArray &name) { text += "[" + name + "]\r\n"; };
-    auto key = [&](const QByteArray &name, const QByteArray &value) {
-        text += name + "=" + value + "\r\n";
-    };
-    auto number = [](int n) { return QByteArray::number(n); };
-    section("General");
-    key("Version", "TALMOR NORVALE CONFIGURATION FILE");
-    key("CommPort", spec.commPort);
-    key("BaudRate", "38400");
-    key("Enabled", "1");
-    key("Synchro", "1");
-    key("TimeOut", number(spec.timeOut));
-    key("Timer", number(spec.timeOut));
-    key("mode", "0");
-    key("SendToPc", "1");
-    key("TimeNotify", "1");
-    key("TimeGoingOn", "10");
-    section("Devices");
-    key("FirstDevice", number(spec.firstDevice));
-    key("LastDevice", number(spec.lastDevice));
-    for (int n = 1; n <= 16; ++n) {
-        const SatelliteRecord unused{9999, 0, 0};
-        const SatelliteRecord &s = n <= spec.satellites.size() ? spec.satellites[n - 1] : unused;
-        section("Satellite" + number(n));
-        key("SatId", number(s.satId));
-        key("Interface", number(s.interfaceCode));
-        key("Enabled", number(s.enabled));
+QStringList fileDialogAsDesigned(const char *mode, const ProgramFolder &folder) {
+    const QString filter = QStringLiteral("File configuration (*.nvl)");
+    return {mode, "existing", "own", QDir(folder.path()).absolutePath(), filter, "nvl"};
+}
+
+void openThroughDialog(MainHarness &h, const QString &file, QStringList *shown) {
+    FileDialogAnswerer answer({file});
+    h.trigger("mOuvrir");
+    if (shown)
+        *shown = answer.firstShown();
+    QCOMPARE(answer.dialogsSeen(), 1);
+}
+
+QByteArray goldenWith(const QList<std::pair<QByteArray, QByteArray>> &edits) {
+    QByteArray bytes = referenceFile(QStringLiteral("three-satellites.nvl"));
+    for (const auto &[text, replacement] : edits) {
+        if (!bytes.contains(text))
+            qFatal("the golden file has no \"%s\"", text.constData());
+        bytes.replace(text, replacement);
     }
-    return text;
+    return bytes;
+}
+
+QByteArray settingsFile(const QByteArray &language, const QStringList &files,
+                        const QByteArray &version) {
+    QByteArray bytes = "[General]\r\nVersion=" + version + "\r\nLanguage=" + language + "\r\n";
+    for (int n = 0; n < 4; ++n)
+        bytes += "File" + QByteArray::number(n + 1) + "=" + files.value(n).toUtf8() + "\r\n";
+    return bytes;
 }
 
 QStringList satellitesOf(RadioNetControl &net) {
     QStringList list;
-    SatelliteList &satellites = net.Satellites();
-    for (int position = 1; position <= satellites.Count(); ++position) {
-        const SatellitePtr s = satellites.Item(qint16(position));
+    for (qint16 position = 1; position <= net.Satellites().Count(); ++position) {
+        const SatellitePtr s = net.Satellites().Item(position);
         list << QStringLiteral("%1/%2/%3").arg(s->SatId()).arg(s->Interface()).arg(s->Enabled());
     }
     return list;
@@ -110,9 +104,8 @@ QStringList satellitesOf(RadioNetControl &net) {
 
 QList<qint16> terminalsOf(RadioNetControl &net) {
     QList<qint16> numbers;
-    TerminalList &devices = net.Devices();
-    for (int position = 1; position <= devices.Count(); ++position)
-        numbers << devices.Item(qint16(position))->Number();
+    for (qint16 position = 1; position <= net.Devices().Count(); ++position)
+        numbers << net.Devices().Item(position)->Number();
     return numbers;
 }
 
@@ -120,32 +113,41 @@ QStringList recentMenu(MainHarness &h) {
     QStringList shown;
     for (const char *name : {"mFile1", "mFile2", "mFile3", "mfile4"}) {
         const QAction *item = h.w<QAction>(name);
-        if (item->isVisible() == !item->text().isEmpty())
-            shown << item->text();
-        else
-            shown << QStringLiteral("<%1 visible=%2 caption=%3>")
-                         .arg(QLatin1String(name))
-                         .arg(item->isVisible())
-                         .arg(item->text());
+        shown << (item->isVisible() == !item->text().isEmpty()
+                      ? item->text()
+                      : QStringLiteral("<%1 visible=%2 caption=%3>")
+                            .arg(QLatin1String(name))
+                            .arg(item->isVisible())
+                            .arg(item->text()));
     }
     return shown;
 }
 
 QStringList recentSettings(const ProgramFolder &folder) {
     QStringList files;
-    for (int n = 1; n <= 4; ++n) {
-        QString value;
-        ReadIniKey(QStringLiteral("General"), QStringLiteral("File%1").arg(n), value,
-                   folder.file(QStringLiteral("Setup.ini")));
-        files << value;
-    }
+    for (const char *key : {"File1", "File2", "File3", "File4"})
+        files << keyOf(folder.file(QStringLiteral("Setup.ini")), "General", key);
     return files;
 }
 
-void dropFileMenu(MainHarness &h) {
-    emit h.w<QMenu>("mFichier")->aboutToShow();
+QStringList shown(MainHarness &h, std::initializer_list<const char *> names) {
+    QStringList texts;
+    for (const char *name : names) {
+        const QObject *o = h.main().findChild<QObject *>(QString::fromLatin1(name));
+        QString text = QStringLiteral("<no %1>").arg(QLatin1String(name));
+        for (const char *property : {"currentText", "title", "text"}) {
+            if (o && o->metaObject()->indexOfProperty(property) >= 0) {
+                text = o->property(property).toString();
+                break;
+            }
+        }
+        texts << text;
+    }
+    return texts;
 }
 
-QString backupOf(const QString &fileName) {
-    return fileName.left(fileName.indexOf(u'.')) + QStringLiteral(".bak");
+QString keyOf(const QString &file, const char *section, const char *key) {
+    QString value;
+    ReadIniKey(QString::fromLatin1(section), QString::fromLatin1(key), value, file);
+    return value;
 }

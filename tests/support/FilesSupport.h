@@ -3,15 +3,15 @@
 #include "support/MainHarness.h"
 
 #include <QFileDialog>
+#include <QMenu>
 #include <QPointer>
-#include <QStringList>
 #include <QTimer>
 
-// Answers the file dialog "CD1" while it lives: each dialog that opens gets the
-// next of the given files (selected, then accepted); once they are used up, the
-// dialog is cancelled. A message box that comes up meanwhile is closed with OK and
-// its text kept. The dialog is found by polling the modal widget, so the command
-// that opens it can be run synchronously by the test.
+// Answers the file dialog "CD1" while it lives: each time a dialog is waiting it
+// gets the next of the given files (typed, then accepted); once they are used up,
+// it is cancelled. A message box that comes up meanwhile is closed with OK and its
+// text kept. The dialog is found by polling the modal widget, so the command that
+// opens it can be run synchronously by the test.
 class FileDialogAnswerer {
 public:
     explicit FileDialogAnswerer(QStringList files = {});
@@ -20,17 +20,9 @@ public:
 
     int dialogsSeen() const { return seen_; }
     QStringList messageBoxes() const { return messages_; }
-
-    // The first dialog as it was shown, before it was answered.
-    struct Shown {
-        bool nonNative = false;
-        QFileDialog::AcceptMode acceptMode = QFileDialog::AcceptOpen;
-        QFileDialog::FileMode fileMode = QFileDialog::AnyFile;
-        QString directory;
-        QStringList nameFilters;
-        QString defaultSuffix;
-    };
-    Shown first() const { return first_; }
+    // The first dialog as it was shown: "open" or "save", "existing" or "any" file,
+    // "own" or "native" dialog, its folder, name filters and default suffix.
+    QStringList firstShown() const { return first_; }
 
 private:
     void poll();
@@ -41,30 +33,28 @@ private:
     bool answering_ = false;
     int seen_ = 0;
     QStringList messages_;
-    Shown first_;
+    QStringList first_;
 };
 
-// One satellite section of a configuration file.
-struct SatelliteRecord {
-    qint16 satId;
-    qint16 interfaceCode = 1;
-    qint16 enabled = 1;
-};
+// The file dialog as both file commands show it, but for its accept mode.
+QStringList fileDialogAsDesigned(const char *mode, const ProgramFolder &folder);
+// Runs File > Open and answers its dialog with file; shown, if given, receives the
+// dialog as it was shown.
+void openThroughDialog(MainHarness &h, const QString &file, QStringList *shown = nullptr);
+// The File menu drops down (its own handler runs).
+inline void dropFileMenu(MainHarness &h) {
+    emit h.w<QMenu>("mFichier")->aboutToShow();
+}
 
-// A complete configuration file as the program writes it (CR LF, the sixteen
-// satellite sections padded with SatId 9999).
-struct ConfigSpec {
-    QByteArray commPort = "COM1";
-    qint16 timeOut = 100;
-    qint16 firstDevice = 10;
-    qint16 lastDevice = 12;
-    QList<SatelliteRecord> satellites;
-};
-QByteArray configFileBytes(const ConfigSpec &spec);
+// The configuration file of tests/data (COM1, time-out 100, terminals 10 to 12,
+// satellites 5/1/1, 7/0/0, 1999/1/1) with each (text, replacement) applied in turn.
+QByteArray goldenWith(const QList<std::pair<QByteArray, QByteArray>> &edits = {});
+// "Setup.ini" as the program writes it.
+QByteArray settingsFile(const QByteArray &language, const QStringList &files = {},
+                        const QByteArray &version = "TALMOR NORVALE CONFIGURATION FILE");
 
-// The control's satellites as "SatId/Interface/Enabled", in list order.
+// The control's satellites as "SatId/Interface/Enabled", and its terminal numbers.
 QStringList satellitesOf(RadioNetControl &net);
-// The control's declared terminal numbers, in list order.
 QList<qint16> terminalsOf(RadioNetControl &net);
 
 // The four recent-file items as the File menu shows them: the caption of a visible
@@ -72,9 +62,14 @@ QList<qint16> terminalsOf(RadioNetControl &net);
 QStringList recentMenu(MainHarness &h);
 // "File1" to "File4" as "Setup.ini" holds them.
 QStringList recentSettings(const ProgramFolder &folder);
+// What the named widgets show: a combo box's current text, a frame's or menu's
+// title, the text of anything else (a label, a line edit, a button, a menu item).
+QStringList shown(MainHarness &h, std::initializer_list<const char *> names);
 
-// The File menu drops down (its own handler runs).
-void dropFileMenu(MainHarness &h);
+// The value of a key of an initialisation file, "" when missing.
+QString keyOf(const QString &file, const char *section, const char *key);
 
 // The path of the backup a save makes of fileName: cut at the first "." of the path.
-QString backupOf(const QString &fileName);
+inline QString backupOf(const QString &fileName) {
+    return fileName.left(fileName.indexOf(u'.')) + QStringLiteral(".bak");
+}
