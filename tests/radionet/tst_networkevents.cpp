@@ -141,9 +141,13 @@ private slots:
         h.net().clearCallLog();
         h.net().raiseConfigReceived(9);
         h.net().raiseStatusReceived(9);
+        // A duplicated status answer ends the chain again, asking nothing more.
+        h.net().raiseStatusReceived(12);
+        h.net().raiseStatusReceived(12);
         QVERIFY(settle(h.net()));
         QCOMPARE(h.net().callLog(), QStringList{});
         QCOMPARE(networkView(h), shown);
+        QCOMPARE(h.panel2(), QStringLiteral("Ready"));
     }
 
     // In the live test the rows are found by Sat ID, the last of repeated ones winning.

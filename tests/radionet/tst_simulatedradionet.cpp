@@ -130,6 +130,23 @@ private slots:
                                           "Status 3", "Answered 1 QX NORVALE 1", "Config 2"}));
     }
 
+    // A request repeated before its answer has landed rides on the one under way, so
+    // a live test that asks again on every answer keeps one exchange per satellite.
+    void repeatedRequestRidesOnTheOneUnderWay() {
+        SimulatedRadioNet net;
+        net.setAnswerDelayMs(0);
+        net.OpenPort();
+        Recorder rec(net);
+        const SatellitePtr one = net.Satellites().Add(1);
+        one->RequestStatus();
+        one->RequestStatus();
+        one->RequestConfig();
+        QCOMPARE(rec.take(), (QStringList{"Status 1", "Config 1"}));
+        one->RequestStatus();
+        QCOMPARE(rec.take(), QStringList{"Status 1"});
+        QCOMPARE(net.callLog().filter(QStringLiteral("RequestStatus")).size(), 3);
+    }
+
     void listsAndTheirObjects() {
         auto net = std::make_unique<SimulatedRadioNet>();
         SatelliteList &list = net->Satellites();
