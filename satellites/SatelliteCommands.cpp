@@ -47,7 +47,7 @@ void SatelliteCommands::b_Config_Click() {
     // answers to now, and learns the new one from NewSatId.
     satellite->setSatId(g_.LastSatId);
     satellite->setNewSatId(newSatId);
-    satellite->setInterface(w_.C_Interface->currentText() == QStringLiteral("RS-232") ? 1 : 0);
+    satellite->setInterface(SatelliteFields::interfaceCode(*w_.C_Interface));
     // Only a plain tick means active; the grey state configures it inactive.
     satellite->setEnabled(w_.Check1->checkState() == Qt::Checked ? 1 : 0);
     if (g_.NetErrorCode != 0) {

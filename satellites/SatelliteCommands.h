@@ -1,24 +1,18 @@
 #pragma once
 
+#include "satellites/SatelliteFields.h"
+
 struct Globale;
 class Texts;
 class RadioNetControl;
 class Pause;
-class QCheckBox;
-class QComboBox;
-class QLabel;
-class QLineEdit;
 
 // Detect, show configuration and configure, addressed to the current satellite.
 // Each issues one request; the answers arrive later as the control's events.
 class SatelliteCommands {
 public:
-    struct Widgets {
-        QLineEdit *Text3;
-        QComboBox *C_Interface;
-        QCheckBox *Check1;
-        QLabel *StatusPanel2;
-    };
+    // The same fields as the current satellite's: the commands send what they show.
+    using Widgets = SatelliteFields::Widgets;
 
     SatelliteCommands(Widgets w, Globale &g, const Texts &texts, RadioNetControl &RF1,
                       Pause &pause);

@@ -39,8 +39,8 @@ std::optional<qint16> SatelliteFields::acceptedSatId() {
     return std::nullopt;
 }
 
-qint16 SatelliteFields::interfaceCode() const {
-    return w_.C_Interface->currentText() == QStringLiteral("RS-232") ? 1 : 0;
+qint16 SatelliteFields::interfaceCode(const QComboBox &C_Interface) {
+    return C_Interface.currentText() == QStringLiteral("RS-232") ? 1 : 0;
 }
 
 void SatelliteFields::Text3_LostFocus() {

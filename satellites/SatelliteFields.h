@@ -27,6 +27,10 @@ public:
     SatelliteFields(Widgets w, Globale &g, const Texts &texts, RadioNetControl &RF1,
                     SatelliteView &view);
 
+    // The interface code a combo-box text stands for: 1 for exactly "RS-232", else 0
+    // (RS-485). The satellite commands send the same code.
+    static qint16 interfaceCode(const QComboBox &C_Interface);
+
     void Text3_LostFocus();
     void C_Interface_LostFocus();
     void Check1_LostFocus();
@@ -37,7 +41,7 @@ private:
     // otherwise marks the field rejected and answers nothing.
     std::optional<qint16> acceptedSatId();
     void rejectSatId();
-    qint16 interfaceCode() const;
+    qint16 interfaceCode() const { return interfaceCode(*w_.C_Interface); }
 
     Widgets w_;
     Globale &g_;

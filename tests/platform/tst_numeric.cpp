@@ -1,18 +1,8 @@
 #include "platform/Numeric.h"
 #include "platform/RuntimeError.h"
+#include "support/TestSupport.h"
 
 #include <QtTest>
-
-namespace {
-int errorNumber(const std::function<void()> &call) {
-    try {
-        call();
-    } catch (const RuntimeError &e) {
-        return e.number();
-    }
-    return 0;
-}
-} // namespace
 
 class tst_Numeric : public QObject {
     Q_OBJECT

@@ -1,5 +1,6 @@
 #include "platform/RuntimeError.h"
 #include "radionet/SimulatedRadioNet.h"
+#include "support/TestSupport.h"
 
 #include <QtTest>
 
@@ -33,15 +34,6 @@ struct Recorder {
     SimulatedRadioNet &net;
     QStringList events;
 };
-
-int errorNumber(const std::function<void()> &call) {
-    try {
-        call();
-    } catch (const RuntimeError &e) {
-        return e.number();
-    }
-    return 0;
-}
 
 } // namespace
 

@@ -1,5 +1,7 @@
 #include "support/TestSupport.h"
 
+#include "platform/RuntimeError.h"
+
 #include <QFile>
 
 ProgramFolder::ProgramFolder() = default;
@@ -18,4 +20,13 @@ void ProgramFolder::write(const QString &name, const QByteArray &bytes) const {
 QByteArray referenceFile(const QString &name) {
     QFile f(QStringLiteral(NORVALE_REFERENCE_DIR "/") + name);
     return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
+int errorNumber(const std::function<void()> &call) {
+    try {
+        call();
+    } catch (const RuntimeError &e) {
+        return e.number();
+    }
+    return 0;
 }

@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <QTemporaryDir>
+#include <functional>
 
 // A scratch program folder per test: "Setup.ini" and configuration files go there.
 class ProgramFolder {
@@ -18,3 +19,6 @@ private:
 
 // The bytes of a file of tests/data.
 QByteArray referenceFile(const QString &name);
+
+// The number of the run-time error a call raises, 0 when it raises none.
+int errorNumber(const std::function<void()> &call);
