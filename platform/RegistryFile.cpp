@@ -233,25 +233,6 @@ RegistryFile::Status RegistryFile::openKey(Root root, const QString &subKey, Key
     return Success;
 }
 
-bool RegistryFile::hasKey(Root root, const QString &subKey) const {
-    bool valid = false;
-    const QString id = keyId(root, subKey, &valid);
-    return valid && (subKey.isEmpty() || keys_.contains(id));
-}
-
-const RegistryFile::Value *RegistryFile::value(Root root, const QString &subKey,
-                                               const QString &name) const {
-    bool valid = false;
-    const QString id = keyId(root, subKey, &valid);
-    if (!valid)
-        return nullptr;
-    const auto key = values_.constFind(id);
-    if (key == values_.constEnd())
-        return nullptr;
-    const auto it = key->constFind(fold(name));
-    return it == key->constEnd() ? nullptr : &*it;
-}
-
 void RegistryFile::parse(const QByteArray &contents) {
     const QStringList lines = splitLines(decode(contents));
     qsizetype i = 0;

@@ -78,11 +78,6 @@ public:
     // FileNotFound. The file grants every access, so no access mask is asked for.
     Status openKey(Root root, const QString &subKey, Key &key) const;
 
-    // Whether a key exists (its parents exist as soon as one of their sub-keys does).
-    bool hasKey(Root root, const QString &subKey) const;
-    // A value by key and name, or nullptr.
-    const Value *value(Root root, const QString &subKey, const QString &name) const;
-
 private:
     void parse(const QByteArray &contents);
     static QString keyId(Root root, const QString &subKey, bool *valid);
