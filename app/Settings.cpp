@@ -8,7 +8,6 @@
 
 namespace {
 const QString section = QStringLiteral("General");
-const QString version = QStringLiteral("TALMOR NORVALE CONFIGURATION FILE");
 } // namespace
 
 Settings::Settings(Globale &g)
@@ -26,7 +25,8 @@ bool Settings::ReadSettings() {
     if (!QFileInfo(g_.SettingsPath).isFile())
         return false;
     QString value;
-    if (!ReadIniKey(section, QStringLiteral("Version"), value, g_.SettingsPath) || value != version)
+    if (!ReadIniKey(section, QStringLiteral("Version"), value, g_.SettingsPath) ||
+        value != versionText())
         return false;
 
     bool result = true;
@@ -52,7 +52,7 @@ bool Settings::WriteSettings() {
     buildSettingsPath();
     const QString &path = g_.SettingsPath;
     // Only the last write decides the result.
-    WritePrivateProfileString(section, QStringLiteral("Version"), version, path);
+    WritePrivateProfileString(section, QStringLiteral("Version"), versionText(), path);
     WritePrivateProfileString(section, QStringLiteral("Language"), g_.CurrentLanguage, path);
     WritePrivateProfileString(section, QStringLiteral("File1"), g_.RecentFile1, path);
     WritePrivateProfileString(section, QStringLiteral("File2"), g_.RecentFile2, path);

@@ -15,7 +15,6 @@
 #include <optional>
 
 namespace {
-const QString VersionText = QStringLiteral("TALMOR NORVALE CONFIGURATION FILE");
 const QString General = QStringLiteral("General");
 const QString Devices = QStringLiteral("Devices");
 constexpr int SatelliteSections = 16;
@@ -176,7 +175,7 @@ bool WriteConfigFile(const QString &FileName, RadioNetControl &RF1, const Global
                 throw KeyNotWritten();
         };
 
-        put(General, QStringLiteral("Version"), VersionText);
+        put(General, QStringLiteral("Version"), versionText());
         put(General, QStringLiteral("CommPort"), RF1.CommPort());
         put(General, QStringLiteral("BaudRate"), RF1.BaudRate());
         put(General, QStringLiteral("Enabled"), flagText(RF1.Enabled()));

@@ -20,3 +20,8 @@ bool ReadIniKey(const QString &Section, const QString &Key, QString &Value,
 
 // True for a non-empty text of the characters "0" to "9" only.
 bool IsDigitString(const QString &Text);
+
+// The "Version" text of Setup.ini and of every configuration file.
+inline QString versionText() {
+    return QStringLiteral("TALMOR NORVALE CONFIGURATION FILE");
+}
