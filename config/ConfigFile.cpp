@@ -64,12 +64,8 @@ std::optional<QString> requiredKey(const QString &section, const QString &key,
     return value;
 }
 
-void emptyList(SatelliteList &list) {
-    if (list.Count() >= 1)
-        list.Clear();
-}
-
-void emptyList(TerminalList &list) {
+// Cleared only when it holds something, as the control expects.
+template <typename List> void emptyList(List &list) {
     if (list.Count() >= 1)
         list.Clear();
 }

@@ -44,10 +44,16 @@ QString LinkStatus::QueryLinkStatus() {
     return text;
 }
 
-bool LinkStatus::StartNetwork() {
+qint16 LinkStatus::beginMove() {
+    // Shown before the pending error is cleared, so panel 2 keeps an error's text.
     QueryLinkStatus();
-    const qint16 s = RF1_.LinkState();
+    const qint16 state = RF1_.LinkState();
     g_.NetErrorCode = 0;
+    return state;
+}
+
+bool LinkStatus::StartNetwork() {
+    const qint16 s = beginMove();
     if (RF1_.Satellites().Count() == 0) {
         w_.StatusPanel2->setText(texts_(152));
     } else if (s == 0) {
@@ -67,9 +73,7 @@ bool LinkStatus::StartNetwork() {
 }
 
 bool LinkStatus::HaltPolling() {
-    QueryLinkStatus();
-    const qint16 s = RF1_.LinkState();
-    g_.NetErrorCode = 0;
+    const qint16 s = beginMove();
     if (s == 2) {
         g_.PollingActive = !RF1_.StopPolling();
         pause_.run();
@@ -79,9 +83,7 @@ bool LinkStatus::HaltPolling() {
 }
 
 bool LinkStatus::CloseNetwork() {
-    QueryLinkStatus();
-    const qint16 s = RF1_.LinkState();
-    g_.NetErrorCode = 0;
+    const qint16 s = beginMove();
     if (s == 0 || s == 1 || s == 3) {
         // Closed again even when already inactive.
         g_.PortOpen = !RF1_.ClosePort();
@@ -98,8 +100,7 @@ bool LinkStatus::CloseNetwork() {
 }
 
 bool LinkStatus::ReopenPort() {
-    QueryLinkStatus();
-    g_.NetErrorCode = 0;
+    beginMove(); // closed and opened whatever the state
     g_.PortOpen = !RF1_.ClosePort();
     pause_.run();
     g_.PortOpen = RF1_.OpenPort();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QtGlobal>
 
 struct Globale;
 class Texts;
@@ -26,6 +27,9 @@ public:
     bool ReopenPort();
 
 private:
+    // Every move starts alike: the state shown and read, the pending error cleared.
+    qint16 beginMove();
+
     Widgets w_;
     Globale &g_;
     const Texts &texts_;

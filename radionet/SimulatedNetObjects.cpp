@@ -57,19 +57,20 @@ SatellitePtr SimulatedSatelliteList::Add(qint16 satId) {
 
 void SimulatedSatelliteList::Remove(qint16 satId) {
     net_.log(QStringLiteral("Satellites.Remove %1").arg(satId));
-    const auto it = std::find_if(items_.begin(), items_.end(),
-                                 [satId](const auto &s) { return s->SatId() == satId; });
-    if (it == items_.end())
-        throw RuntimeError::subscriptOutOfRange();
-    items_.erase(it);
+    items_.erase(firstWithId(satId));
 }
 
 SatellitePtr SimulatedSatelliteList::ItemById(qint16 satId) const {
+    return *firstWithId(satId);
+}
+
+SimulatedSatelliteList::Items::const_iterator
+SimulatedSatelliteList::firstWithId(qint16 satId) const {
     const auto it = std::find_if(items_.begin(), items_.end(),
                                  [satId](const auto &s) { return s->SatId() == satId; });
     if (it == items_.end())
         throw RuntimeError::subscriptOutOfRange();
-    return *it;
+    return it;
 }
 
 void SimulatedSatelliteList::Clear() {

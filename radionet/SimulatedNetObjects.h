@@ -67,8 +67,12 @@ public:
     void Clear() override;
 
 private:
+    using Items = std::vector<std::shared_ptr<SimulatedSatellite>>;
+    // The first satellite with that Sat ID; none raises the list's error.
+    Items::const_iterator firstWithId(qint16 satId) const;
+
     SimulatedRadioNet &net_;
-    std::vector<std::shared_ptr<SimulatedSatellite>> items_;
+    Items items_;
 };
 
 class SimulatedTerminal : public DeclaredTerminal {
