@@ -1,9 +1,9 @@
 #include "app/Language.h"
 
 #include "app/Settings.h"
-#include "config/GeneralFields.h"
+#include "config/gui/GeneralFields.h"
 #include "config/Globale.h"
-#include "radionet/LinkStatus.h"
+#include "radionet/gui/LinkStatus.h"
 
 #include <QAbstractButton>
 #include <QAction>

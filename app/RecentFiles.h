@@ -1,6 +1,6 @@
 #pragma once
 
-#include "config/FileCommands.h"
+#include "config/gui/FileCommands.h"
 
 #include <array>
 

@@ -4,8 +4,8 @@
 #include "app/RecentFiles.h"
 #include "app/Settings.h"
 #include "config/Globale.h"
-#include "platform/FlexGrid.h"
-#include "radionet/LinkStatus.h"
+#include "platform/gui/FlexGrid.h"
+#include "radionet/gui/LinkStatus.h"
 #include "radionet/RadioNetControl.h"
 
 #include <QAction>

@@ -5,7 +5,7 @@
 #include "Sections.h"
 #include "config/Globale.h"
 #include "platform/HandlerGuard.h"
-#include "radionet/Pause.h"
+#include "radionet/gui/Pause.h"
 #include "radionet/SimulatedRadioNet.h"
 
 #include <QAbstractEventDispatcher>

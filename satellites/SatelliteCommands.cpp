@@ -3,7 +3,7 @@
 #include "config/Globale.h"
 #include "config/IniFile.h"
 #include "platform/Numeric.h"
-#include "radionet/Pause.h"
+#include "radionet/gui/Pause.h"
 #include "radionet/RadioNetControl.h"
 
 #include <QCheckBox>

@@ -2,7 +2,7 @@
 
 #include "config/Globale.h"
 #include "platform/Numeric.h"
-#include "radionet/LinkStatus.h"
+#include "radionet/gui/LinkStatus.h"
 #include "radionet/RadioNetControl.h"
 #include "satellites/SatelliteFields.h"
 #include "satellites/SatelliteView.h"

@@ -1,7 +1,7 @@
 #include "satellites/SatelliteView.h"
 
 #include "config/Globale.h"
-#include "platform/FlexGrid.h"
+#include "platform/gui/FlexGrid.h"
 #include "radionet/RadioNetControl.h"
 
 #include <QCheckBox>

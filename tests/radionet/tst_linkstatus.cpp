@@ -2,8 +2,8 @@
 #include "platform/HandlerGuard.h"
 #include "platform/LanguageTable.h"
 #include "platform/RuntimeError.h"
-#include "radionet/LinkStatus.h"
-#include "radionet/Pause.h"
+#include "radionet/gui/LinkStatus.h"
+#include "radionet/gui/Pause.h"
 #include "support/NetSupport.h"
 
 #include <QAbstractEventDispatcher>

@@ -1,9 +1,9 @@
-#include "radionet/NetworkEvents.h"
+#include "radionet/gui/NetworkEvents.h"
 
 #include "config/Globale.h"
-#include "platform/FlexGrid.h"
+#include "platform/gui/FlexGrid.h"
 #include "platform/Numeric.h"
-#include "radionet/LinkStatus.h"
+#include "radionet/gui/LinkStatus.h"
 #include "radionet/RadioNetControl.h"
 #include "satellites/SatelliteView.h"
 

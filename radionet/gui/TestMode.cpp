@@ -1,10 +1,10 @@
-#include "radionet/TestMode.h"
+#include "radionet/gui/TestMode.h"
 
 #include "config/Globale.h"
-#include "platform/FlexGrid.h"
+#include "platform/gui/FlexGrid.h"
 #include "platform/Numeric.h"
-#include "radionet/LinkStatus.h"
-#include "radionet/Pause.h"
+#include "radionet/gui/LinkStatus.h"
+#include "radionet/gui/Pause.h"
 #include "radionet/RadioNetControl.h"
 #include "satellites/SatelliteFields.h"
 

@@ -1,4 +1,4 @@
-#include "platform/FlexGrid.h"
+#include "platform/gui/FlexGrid.h"
 
 #include "platform/RuntimeError.h"
 

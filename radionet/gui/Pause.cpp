@@ -1,4 +1,4 @@
-#include "radionet/Pause.h"
+#include "radionet/gui/Pause.h"
 
 #include "config/Globale.h"
 #include "platform/Numeric.h"

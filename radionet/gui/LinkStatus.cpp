@@ -1,7 +1,7 @@
-#include "radionet/LinkStatus.h"
+#include "radionet/gui/LinkStatus.h"
 
 #include "config/Globale.h"
-#include "radionet/Pause.h"
+#include "radionet/gui/Pause.h"
 #include "radionet/RadioNetControl.h"
 
 #include <QLabel>

@@ -1,4 +1,4 @@
-#include "config/GeneralFields.h"
+#include "config/gui/GeneralFields.h"
 
 #include "config/Globale.h"
 #include "config/IniFile.h"

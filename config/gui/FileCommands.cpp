@@ -1,7 +1,7 @@
-#include "config/FileCommands.h"
+#include "config/gui/FileCommands.h"
 
 #include "config/ConfigFile.h"
-#include "config/GeneralFields.h"
+#include "config/gui/GeneralFields.h"
 #include "config/Globale.h"
 #include "platform/Numeric.h"
 #include "radionet/RadioNetControl.h"
