@@ -1,10 +1,13 @@
 #include "app/Main.h"
 
-#include "radionet/SimulatedRadioNet.h"
+#include "radionet/NetworkChoice.h"
+#include "radionet/RadioNetControl.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QIcon>
 #include <QStringList>
+#include <cstdio>
 
 int main(int argc, char *argv[]) {
     QApplication app(argc, argv);
@@ -14,7 +17,14 @@ int main(int argc, char *argv[]) {
     QApplication::setWindowIcon(icon);
     // The raw command line after the program name, as the start-up rule reads it.
     const QString commandLine = QApplication::arguments().mid(1).join(u' ');
-    Main window(new SimulatedRadioNet, QApplication::applicationDirPath(), commandLine);
+    const QString folder = QApplication::applicationDirPath();
+    // "Setup.ini" says which network: the simulator unless [Network] asks for the line.
+    QString problem;
+    std::unique_ptr<RadioNetControl> network =
+        makeNetwork(readNetworkChoice(QDir(folder).filePath(QStringLiteral("Setup.ini"))), problem);
+    if (!problem.isEmpty())
+        std::fprintf(stderr, "%s\n", qPrintable(problem));
+    Main window(network.release(), folder, commandLine);
     window.show();
     return app.exec();
 }

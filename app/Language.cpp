@@ -1,8 +1,9 @@
 #include "app/Language.h"
 
+#include "app/OwnCaptions.h"
 #include "app/Settings.h"
-#include "config/gui/GeneralFields.h"
 #include "config/Globale.h"
+#include "config/gui/GeneralFields.h"
 #include "radionet/gui/LinkStatus.h"
 
 #include <QAbstractButton>
@@ -13,13 +14,14 @@
 #include <QTabWidget>
 
 Language::Language(Widgets w, Globale &g, const Texts &texts, LinkStatus &link,
-                   GeneralFields &general, Settings &settings)
+                   GeneralFields &general, Settings &settings, OwnCaptions &own)
     : w_(w)
     , g_(g)
     , texts_(texts)
     , link_(link)
     , general_(general)
-    , settings_(settings) {}
+    , settings_(settings)
+    , own_(own) {}
 
 void Language::ApplyLanguage() {
     // Any other language name leaves the base as it was.
@@ -59,6 +61,7 @@ void Language::ApplyLanguage() {
     w_.b_Debut_test->setText(texts_(129));
     w_.b_Fin_Test->setText(texts_(130));
     // The About box takes its system-information caption (155) when it opens.
+    own_.apply();
 
     link_.QueryLinkStatus();
     general_.C_port_LostFocus();

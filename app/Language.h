@@ -5,6 +5,7 @@ class Texts;
 class LinkStatus;
 class GeneralFields;
 class Settings;
+class OwnCaptions;
 class QAbstractButton;
 class QAction;
 class QGroupBox;
@@ -28,7 +29,7 @@ public:
     };
 
     Language(Widgets w, Globale &g, const Texts &texts, LinkStatus &link, GeneralFields &general,
-             Settings &settings);
+             Settings &settings, OwnCaptions &own);
 
     void ApplyLanguage();
     void m_French_Click();
@@ -43,4 +44,5 @@ private:
     LinkStatus &link_;
     GeneralFields &general_;
     Settings &settings_;
+    OwnCaptions &own_;
 };

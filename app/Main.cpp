@@ -4,19 +4,20 @@
 #include "app/FocusOutFilter.h"
 #include "app/Language.h"
 #include "app/MainForm.h"
+#include "app/OwnCaptions.h"
 #include "app/RecentFiles.h"
 #include "app/RepaintPacer.h"
 #include "app/Settings.h"
 #include "app/Startup.h"
+#include "config/Globale.h"
 #include "config/gui/FileCommands.h"
 #include "config/gui/GeneralFields.h"
-#include "config/Globale.h"
 #include "platform/HandlerGuard.h"
 #include "platform/LanguageTable.h"
+#include "radionet/RadioNetControl.h"
 #include "radionet/gui/LinkStatus.h"
 #include "radionet/gui/NetworkEvents.h"
 #include "radionet/gui/Pause.h"
-#include "radionet/RadioNetControl.h"
 #include "radionet/gui/TestMode.h"
 #include "satellites/SatelliteCommands.h"
 #include "satellites/SatelliteFields.h"
@@ -24,6 +25,7 @@
 #include "satellites/SatelliteView.h"
 
 #include <QCloseEvent>
+#include <QComboBox>
 #include <QLabel>
 #include <QTimer>
 
@@ -36,6 +38,7 @@ struct Main::Parts {
         , pause(g, *ui.Timer1)
         , link({ui.StatusPanel1, ui.StatusPanel2}, g, texts, RF1, pause)
         , settings(g)
+        , own({ui.NetworkLabel}, g, RF1)
         , general({ui.C_port, ui.C_timeout, ui.Text1, ui.Text2, ui.L_nbTPChiffre, ui.StatusPanel2},
                   g, texts, RF1)
         , view({ui.Text3, ui.C_Interface, ui.Check1, ui.l_index, ui.b_GetConfig, ui.b_Alive,
@@ -63,7 +66,7 @@ struct Main::Parts {
                     ui.Label5,      ui.L_satID,   ui.Label1,        ui.Check1,
                     ui.b_ClearAll,  ui.b_Insert,  ui.b_Supp,        ui.b_GetConfig,
                     ui.b_Config,    ui.b_Alive,   ui.b_Debut_test,  ui.b_Fin_Test},
-                   g, texts, link, general, settings)
+                   g, texts, link, general, settings, own)
         , startup({ui.Timer1, ui.m_enregistrer, ui.m_French, ui.m_English, ui.MFG1, ui.MFG2,
                    ui.C_port, ui.C_timeout, ui.Text1, ui.Text2, ui.L_nbTPChiffre, ui.Text3,
                    ui.C_Interface, ui.Check1, ui.StatusPanel1, ui.StatusPanel2},
@@ -82,6 +85,7 @@ struct Main::Parts {
     Pause pause;
     LinkStatus link;
     Settings settings;
+    OwnCaptions own;
     GeneralFields general;
     SatelliteView view;
     SatelliteFields fields;
@@ -157,7 +161,12 @@ void Main::wire() {
     onTrigger(ui->m_apropos, &p.about, &About::m_apropos_Click);
 
     // General tab
-    onFocusOut(ui->C_port, &p.general, &GeneralFields::C_port_LostFocus);
+    // The network label follows the port: after it is left, and after a file is opened.
+    p.focusOut.watch(ui->C_port, [&p] {
+        p.guard.run([&p] { p.general.C_port_LostFocus(); });
+        p.guard.run([&p] { p.own.apply(); });
+    });
+    connect(ui->C_port, &QComboBox::currentTextChanged, this, guard(&p.own, &OwnCaptions::apply));
     onFocusOut(ui->C_timeout, &p.general, &GeneralFields::C_timeout_LostFocus);
     connect(ui->Text1, &QLineEdit::textChanged, this,
             guard(&p.general, &GeneralFields::Text1_Change));

@@ -30,4 +30,7 @@ void MainForm::setupUi(QMainWindow *Main) {
     StatusPanel2->setObjectName(QStringLiteral("StatusPanel2"));
     StatusBar1->addWidget(StatusPanel1);
     StatusBar1->addWidget(StatusPanel2, 1);
+    NetworkLabel = new QLabel(StatusBar1);
+    NetworkLabel->setObjectName(QStringLiteral("NetworkLabel"));
+    StatusBar1->addPermanentWidget(NetworkLabel);
 }

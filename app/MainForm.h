@@ -12,6 +12,7 @@ struct MainForm : Ui::Main {
     QTimer *Timer2 = nullptr;       // the live test's step, 500 ms
     QLabel *StatusPanel1 = nullptr; // the link state
     QLabel *StatusPanel2 = nullptr; // the last message
+    QLabel *NetworkLabel = nullptr; // which network the window talks to
 
     void setupUi(QMainWindow *Main);
 };

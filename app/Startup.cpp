@@ -5,8 +5,8 @@
 #include "app/Settings.h"
 #include "config/Globale.h"
 #include "platform/gui/FlexGrid.h"
-#include "radionet/gui/LinkStatus.h"
 #include "radionet/RadioNetControl.h"
+#include "radionet/gui/LinkStatus.h"
 
 #include <QAction>
 #include <QCheckBox>

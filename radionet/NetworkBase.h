@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/OwnTexts.h"
 #include "radionet/NetObjects.h"
 #include "radionet/RadioNetControl.h"
 
@@ -33,11 +34,18 @@ public:
     bool Enabled() const override { return enabled_; }
     void setEnabled(bool enabled) override { enabled_ = enabled; }
 
+    // The language of the descriptions its NetError events carry.
+    void setTextLanguage(OwnTexts::Language language) { language_ = language; }
+
     // Every method call on the control and its objects, in order.
     QStringList callLog() const { return callLog_; }
     void clearCallLog() { callLog_.clear(); }
 
 protected:
+    template <typename... Args> QString text(const char *key, Args &&...args) const {
+        return texts_(language_, key, std::forward<Args>(args)...);
+    }
+
     // A log, not a leak: past 200,000 entries the oldest half goes.
     void logCall(const QString &entry) override;
 
@@ -53,6 +61,8 @@ private:
     qint16 timeNotify_ = 1;
     qint16 timeGoingOn_ = 10;
 
+    OwnTexts texts_;
+    OwnTexts::Language language_ = OwnTexts::English;
     NetSatelliteList satellites_;
     NetTerminalList devices_;
     QStringList callLog_;

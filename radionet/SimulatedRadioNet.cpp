@@ -77,9 +77,11 @@ void SimulatedRadioNet::setAnswerDelayMs(int delayMs) {
     answerDelayMs_ = std::max(0, delayMs);
 }
 
-void SimulatedRadioNet::loadScenario(const Scenario &scenario) {
+void SimulatedRadioNet::loadScenario(const Scenario &scenario, const QString &source) {
     air_ = scenario.air();
     setAnswerDelayMs(scenario.answerDelayMs);
+    scenarioSource_ = source;
+    scenarioProblem_.clear();
 }
 
 void SimulatedRadioNet::injectNetError(qint16 errNum, const QString &description) {

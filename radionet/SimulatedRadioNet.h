@@ -48,7 +48,11 @@ public:
     void raiseConfigReceived(qint16 satId);
     void raiseStatusReceived(qint16 satId);
     // What a scenario file describes: the air, the answer delay, the loss rate.
-    void loadScenario(const Scenario &scenario);
+    void loadScenario(const Scenario &scenario, const QString &source = QString());
+    // Where the air comes from: a scenario file, or why it could not be read.
+    QString scenarioSource() const { return scenarioSource_; }
+    QString scenarioProblem() const { return scenarioProblem_; }
+    void setScenarioProblem(const QString &problem) { scenarioProblem_ = problem; }
 
 private:
     void request(Request kind, const std::shared_ptr<NetSatellite> &satellite) override;
@@ -67,5 +71,7 @@ private:
     std::optional<InjectedError> injectedError_;
     using Exchange = std::pair<const void *, Request>;
     std::set<Exchange> inFlight_; // repeatable requests whose answer has not landed
+    QString scenarioSource_;
+    QString scenarioProblem_;
     DelayedCalls later_;
 };

@@ -3,7 +3,7 @@
 # only those missing; uses sudo when not root.
 set -euo pipefail
 
-packages=(cmake ninja-build g++ make qt6-base-dev qt6-base-dev-tools libgl-dev
+packages=(cmake ninja-build g++ make qt6-base-dev qt6-base-dev-tools qt6-serialport-dev libgl-dev
           xvfb x11-utils fonts-dejavu-core)
 case "${1:-}" in
     --bench) packages+=(libbenchmark-dev) ;;
