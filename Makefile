@@ -4,7 +4,7 @@
 run: deps
 	cmake --preset release
 	cmake --build --preset release
-	./build/release/norvale-setup $(ARGS)
+	./build/release/norvale-setup $(or $(ARGS),$(CURDIR)/examples/demo.nvl)
 
 test: deps
 	cmake --preset asan
