@@ -21,6 +21,12 @@ template <typename T> void appendLe(QByteArray &out, T value) {
     out.append(bytes, sizeof(T));
 }
 
+template <typename... T> QByteArray littleEndian(T... values) {
+    QByteArray out;
+    (appendLe(out, values), ...);
+    return out;
+}
+
 template <typename T> T readLe(const QByteArray &bytes, qsizetype at) {
     return qFromLittleEndian<T>(bytes.constData() + at);
 }
@@ -175,27 +181,16 @@ QByteArray payloadOf(const Identity &identity) {
 }
 
 QByteArray payloadOf(const Config &config) {
-    QByteArray out;
-    appendLe(out, config.interfaceCode);
-    appendLe(out, config.enabled);
-    appendLe(out, config.rfVersionMajor);
-    appendLe(out, config.rfVersionMinor);
-    return out;
+    return littleEndian(config.interfaceCode, config.enabled, config.rfVersionMajor,
+                        config.rfVersionMinor);
 }
 
 QByteArray payloadOf(const Status &status) {
-    QByteArray out;
-    appendLe(out, status.rxFree);
-    appendLe(out, status.txFree);
-    return out;
+    return littleEndian(status.rxFree, status.txFree);
 }
 
 QByteArray payloadOf(const Configure &configure) {
-    QByteArray out;
-    appendLe(out, configure.newSatId);
-    appendLe(out, configure.interfaceCode);
-    appendLe(out, configure.enabled);
-    return out;
+    return littleEndian(configure.newSatId, configure.interfaceCode, configure.enabled);
 }
 
 QByteArray payloadOf(const Polling &polling) {
