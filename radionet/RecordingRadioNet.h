@@ -1,0 +1,62 @@
+#pragma once
+
+#include "radionet/NetworkLog.h"
+#include "radionet/RadioNetControl.h"
+
+#include <memory>
+#include <unordered_map>
+
+class RecordingSatellite;
+class RecordingSatelliteList;
+
+// Any network, with a recorder at its seam: every call that reaches the network and
+// every event it raises goes into a NetworkLog, then on as it was. The network is
+// owned (reparented); its satellite objects are handed out wrapped, one wrapper per
+// object, so that a request made through any of them is recorded.
+class RecordingRadioNet : public RadioNetControl {
+    Q_OBJECT
+
+public:
+    RecordingRadioNet(RadioNetControl *network, NetworkLog &log, QObject *parent = nullptr);
+    ~RecordingRadioNet() override;
+
+    RadioNetControl &network() { return *network_; }
+    NetworkLog &log() { return log_; }
+
+    QString BaudRate() const override { return network_->BaudRate(); }
+    void setBaudRate(const QString &baudRate) override { network_->setBaudRate(baudRate); }
+    SatelliteList &Satellites() override;
+    TerminalList &Devices() override { return network_->Devices(); }
+    bool StartPolling() override;
+    bool StopPolling() override;
+    QString CommPort() const override { return network_->CommPort(); }
+    void setCommPort(const QString &port) override { network_->setCommPort(port); }
+    qint16 TimeOut() const override { return network_->TimeOut(); }
+    void setTimeOut(qint16 timeOut) override { network_->setTimeOut(timeOut); }
+    bool OpenPort() override;
+    bool ClosePort() override;
+    qint16 LinkState() const override { return network_->LinkState(); }
+    qint32 Synchro() const override { return network_->Synchro(); }
+    void setSynchro(qint32 synchro) override { network_->setSynchro(synchro); }
+    qint16 Timer() const override { return network_->Timer(); }
+    void setTimer(qint16 timer) override { network_->setTimer(timer); }
+    void SetNotification(bool &sendToPc, qint16 &timeNotify, qint16 &timeGoingOn) override {
+        network_->SetNotification(sendToPc, timeNotify, timeGoingOn);
+    }
+    void GetNotification(bool &sendToPc, qint16 &timeNotify, qint16 &timeGoingOn) override {
+        network_->GetNotification(sendToPc, timeNotify, timeGoingOn);
+    }
+    qint16 Mode() const override { return network_->Mode(); }
+    void setMode(qint16 mode) override { network_->setMode(mode); }
+    bool Enabled() const override { return network_->Enabled(); }
+    void setEnabled(bool enabled) override { network_->setEnabled(enabled); }
+
+private:
+    friend class RecordingSatelliteList;
+    SatellitePtr wrap(const SatellitePtr &satellite);
+
+    RadioNetControl *network_;
+    NetworkLog &log_;
+    std::unique_ptr<RecordingSatelliteList> satellites_;
+    std::unordered_map<const Satellite *, std::weak_ptr<RecordingSatellite>> wrappers_;
+};
