@@ -1,0 +1,149 @@
+#include "radionet/RecordingRadioNet.h"
+
+using What = NetworkLog::What;
+
+// A satellite object of the network, whose requests are recorded on their way.
+class RecordingSatellite : public Satellite {
+public:
+    RecordingSatellite(SatellitePtr satellite, NetworkLog &log)
+        : satellite_(std::move(satellite))
+        , log_(log) {}
+
+    qint16 SatId() const override { return satellite_->SatId(); }
+    void setSatId(qint16 satId) override { satellite_->setSatId(satId); }
+    qint32 Enabled() const override { return satellite_->Enabled(); }
+    void setEnabled(qint16 enabled) override { satellite_->setEnabled(enabled); }
+    qint16 RfVersionMajor() const override { return satellite_->RfVersionMajor(); }
+    qint16 RfVersionMinor() const override { return satellite_->RfVersionMinor(); }
+    qint16 Interface() const override { return satellite_->Interface(); }
+    void setInterface(qint16 code) override { satellite_->setInterface(code); }
+    qint16 RxFree() const override { return satellite_->RxFree(); }
+    qint16 TxFree() const override { return satellite_->TxFree(); }
+    void setNewSatId(qint16 newSatId) override {
+        newSatId_ = newSatId;
+        satellite_->setNewSatId(newSatId);
+    }
+
+    void Detect() override {
+        log_.call(What::Detect, SatId());
+        satellite_->Detect();
+    }
+    void RequestConfig() override {
+        log_.call(What::RequestConfig, SatId());
+        satellite_->RequestConfig();
+    }
+    void RequestStatus() override {
+        log_.call(What::RequestStatus, SatId());
+        satellite_->RequestStatus();
+    }
+    void Configure() override {
+        // Old: what the satellite said of itself last; new: what is sent now.
+        log_.configure(SatId(), newSatId_, readInterface_, Interface(), readEnabled_, Enabled());
+        satellite_->Configure();
+    }
+
+    // Its configuration as the satellite last reported it.
+    void configRead() {
+        readInterface_ = satellite_->Interface();
+        readEnabled_ = satellite_->Enabled();
+    }
+
+private:
+    SatellitePtr satellite_;
+    NetworkLog &log_;
+    qint16 newSatId_ = 0;
+    qint16 readInterface_ = 0;
+    qint32 readEnabled_ = 0;
+};
+
+class RecordingSatelliteList : public SatelliteList {
+public:
+    explicit RecordingSatelliteList(RecordingRadioNet &net)
+        : net_(net) {}
+
+    SatellitePtr Item(qint16 position) const override { return net_.wrap(list().Item(position)); }
+    SatellitePtr Add(qint16 satId) override { return net_.wrap(list().Add(satId)); }
+    void Remove(qint16 satId) override { list().Remove(satId); }
+    qint32 Count() const override { return list().Count(); }
+    SatellitePtr ItemById(qint16 satId) const override { return net_.wrap(list().ItemById(satId)); }
+    void Clear() override { list().Clear(); }
+
+private:
+    SatelliteList &list() const { return net_.network_->Satellites(); }
+
+    RecordingRadioNet &net_;
+};
+
+RecordingRadioNet::RecordingRadioNet(RadioNetControl *network, NetworkLog &log, QObject *parent)
+    : RadioNetControl(parent)
+    , network_(network)
+    , log_(log)
+    , satellites_(std::make_unique<RecordingSatelliteList>(*this)) {
+    network_->setParent(this);
+    connect(network_, &RadioNetControl::NetError, this, [this](qint16 errNum, const QString &text) {
+        log_.event(What::NetError, NetworkLog::NoSatellite, errNum, text);
+        emit NetError(errNum, text);
+    });
+    connect(network_, &RadioNetControl::SatelliteAnswered, this,
+            [this](qint16 satId, const QString &identity) {
+                log_.event(What::SatelliteAnswered, satId, 0, identity);
+                emit SatelliteAnswered(satId, identity);
+            });
+    connect(network_, &RadioNetControl::ConfigReceived, this, [this](qint16 satId) {
+        log_.event(What::ConfigReceived, satId);
+        // The configuration read is the "old" side of a later Configure.
+        for (auto &[raw, weak] : wrappers_)
+            if (const auto wrapper = weak.lock(); wrapper && wrapper->SatId() == satId)
+                wrapper->configRead();
+        emit ConfigReceived(satId);
+    });
+    connect(network_, &RadioNetControl::StatusReceived, this, [this](qint16 satId) {
+        log_.event(What::StatusReceived, satId);
+        emit StatusReceived(satId);
+    });
+}
+
+RecordingRadioNet::~RecordingRadioNet() {
+    network_->disconnect(this);
+}
+
+SatelliteList &RecordingRadioNet::Satellites() {
+    return *satellites_;
+}
+
+SatellitePtr RecordingRadioNet::wrap(const SatellitePtr &satellite) {
+    const auto it = wrappers_.find(satellite.get());
+    if (it != wrappers_.end())
+        if (SatellitePtr wrapper = it->second.lock())
+            return wrapper;
+    // Forget the wrappers nobody holds any more before the map grows.
+    if (wrappers_.size() > 64)
+        std::erase_if(wrappers_, [](const auto &entry) { return entry.second.expired(); });
+    auto wrapper = std::make_shared<RecordingSatellite>(satellite, log_);
+    wrappers_[satellite.get()] = wrapper;
+    return wrapper;
+}
+
+bool RecordingRadioNet::OpenPort() {
+    const bool done = network_->OpenPort();
+    log_.call(What::OpenPort, NetworkLog::NoSatellite, done);
+    return done;
+}
+
+bool RecordingRadioNet::ClosePort() {
+    const bool done = network_->ClosePort();
+    log_.call(What::ClosePort, NetworkLog::NoSatellite, done);
+    return done;
+}
+
+bool RecordingRadioNet::StartPolling() {
+    const bool done = network_->StartPolling();
+    log_.call(What::StartPolling, NetworkLog::NoSatellite, done);
+    return done;
+}
+
+bool RecordingRadioNet::StopPolling() {
+    const bool done = network_->StopPolling();
+    log_.call(What::StopPolling, NetworkLog::NoSatellite, done);
+    return done;
+}
