@@ -4,6 +4,7 @@
 # this machine's apt sources, where tools/test-package.sh deb runs under chroot
 # and so has to bring in the Qt run-time packages through the package's Depends:
 #   tools/test-package-fresh.sh <norvale-setup_*.deb>
+# The driver tools/norvale-drive is taken from the build folder of the package.
 # Needs root and mmdebstrap (Debian package mmdebstrap).
 set -euo pipefail
 [[ $# -eq 1 ]] || { echo "usage: $0 <package.deb>" >&2; exit 2; }
@@ -30,6 +31,7 @@ cp "$repo/CMakeLists.txt" "$root/src/"
 cp "$repo/tools/test-package.sh" "$root/src/tools/"
 cp "$repo/tests/data/three-satellites.nvl" "$root/src/tests/data/"
 cp "$deb" "$root/src/"
+cp "$(dirname "$deb")/tools/norvale-drive" "$root/src/tools/"
 cp /etc/resolv.conf "$root/etc/resolv.conf"
 mount -t proc proc "$root/proc" # the program finds its folder through /proc/self/exe
 chroot "$root" /usr/bin/env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root \
