@@ -57,7 +57,14 @@ void NetworkLog::push(Entry entry) {
 }
 
 void NetworkLog::call(What what, qint16 satId, qint32 a, qint32 b, qint32 c, qint32 d) {
-    Entry entry{.timeNs = nowNs(), .what = what, .satId = satId, .a = a, .b = b, .c = c, .d = d};
+    Entry entry{.timeNs = nowNs(),
+                .what = what,
+                .satId = satId,
+                .a = a,
+                .b = b,
+                .c = c,
+                .d = d,
+                .text = {}};
     const int slot = pendingSlot(what);
     if (slot >= 0 && satId != NoSatellite) {
         Tracking &t = track(satId);
