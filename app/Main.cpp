@@ -15,6 +15,7 @@
 #include "platform/HandlerGuard.h"
 #include "platform/LanguageTable.h"
 #include "radionet/RadioNetControl.h"
+#include "radionet/RecordingRadioNet.h"
 #include "radionet/gui/LinkStatus.h"
 #include "radionet/gui/NetworkEvents.h"
 #include "radionet/gui/Pause.h"
@@ -31,14 +32,14 @@
 
 // Everything the window owns besides its widgets, in the order it is made.
 struct Main::Parts {
-    Parts(Main &main, MainForm &ui, RadioNetControl &rf1, const QString &programFolder)
+    Parts(Main &main, MainForm &ui, RecordingRadioNet &rf1, const QString &programFolder)
         : RF1(rf1)
         , texts(table, g)
         , guard([&ui](const QString &text) { ui.StatusPanel2->setText(text); })
         , pause(g, *ui.Timer1)
         , link({ui.StatusPanel1, ui.StatusPanel2}, g, texts, RF1, pause)
         , settings(g)
-        , own({ui.NetworkLabel}, g, RF1)
+        , own({ui.NetworkLabel}, g, rf1.network())
         , general({ui.C_port, ui.C_timeout, ui.Text1, ui.Text2, ui.L_nbTPChiffre, ui.StatusPanel2},
                   g, texts, RF1)
         , view({ui.Text3, ui.C_Interface, ui.Check1, ui.l_index, ui.b_GetConfig, ui.b_Alive,
@@ -106,9 +107,10 @@ Main::Main(RadioNetControl *rf1, const QString &programFolder, const QString &co
     : QMainWindow(parent)
     , ui(std::make_unique<MainForm>()) {
     ui->setupUi(this);
-    rf1->setParent(this);
     rf1->setObjectName(QStringLiteral("RF1"));
-    parts = std::make_unique<Parts>(*this, *ui, *rf1, programFolder);
+    // Every call and event on the network goes through the recorder of the network log.
+    auto *recorded = new RecordingRadioNet(rf1, this);
+    parts = std::make_unique<Parts>(*this, *ui, *recorded, programFolder);
     new RepaintPacer(*this);
     wire();
     parts->guard.run([&] { parts->startup.Form_Load(commandLine); });

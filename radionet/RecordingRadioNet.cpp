@@ -74,10 +74,9 @@ private:
     RecordingRadioNet &net_;
 };
 
-RecordingRadioNet::RecordingRadioNet(RadioNetControl *network, NetworkLog &log, QObject *parent)
+RecordingRadioNet::RecordingRadioNet(RadioNetControl *network, QObject *parent)
     : RadioNetControl(parent)
     , network_(network)
-    , log_(log)
     , satellites_(std::make_unique<RecordingSatelliteList>(*this)) {
     network_->setParent(this);
     connect(network_, &RadioNetControl::NetError, this, [this](qint16 errNum, const QString &text) {

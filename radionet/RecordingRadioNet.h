@@ -10,14 +10,14 @@ class RecordingSatellite;
 class RecordingSatelliteList;
 
 // Any network, with a recorder at its seam: every call that reaches the network and
-// every event it raises goes into a NetworkLog, then on as it was. The network is
+// every event it raises goes into its NetworkLog, then on as it was. The network is
 // owned (reparented); its satellite objects are handed out wrapped, one wrapper per
 // object, so that a request made through any of them is recorded.
 class RecordingRadioNet : public RadioNetControl {
     Q_OBJECT
 
 public:
-    RecordingRadioNet(RadioNetControl *network, NetworkLog &log, QObject *parent = nullptr);
+    explicit RecordingRadioNet(RadioNetControl *network, QObject *parent = nullptr);
     ~RecordingRadioNet() override;
 
     RadioNetControl &network() { return *network_; }
@@ -56,7 +56,7 @@ private:
     SatellitePtr wrap(const SatellitePtr &satellite);
 
     RadioNetControl *network_;
-    NetworkLog &log_;
+    NetworkLog log_;
     std::unique_ptr<RecordingSatelliteList> satellites_;
     std::unordered_map<const Satellite *, std::weak_ptr<RecordingSatellite>> wrappers_;
 };
