@@ -209,7 +209,10 @@ void SerialRadioNet::onReadyRead() {
 void SerialRadioNet::onAnswer(const wire::Frame &answer) {
     const bool awaited =
         current_ && answer.isAnswer() && answer.sequence == current_->frame.sequence &&
-        (answer.kind() == current_->frame.kind() || answer.kind() == wire::Command::Refused);
+        (answer.kind() == wire::Command::Refused ||
+         (answer.kind() == current_->frame.kind() &&
+          // Only a broadcast Detect is answered under another Sat ID than its own.
+          (answer.satId == current_->frame.satId || current_->frame.satId == wire::AnySatellite)));
     if (!awaited) {
         ++counters_.framesDropped; // late, or not for us: the exchange under way goes on
         return;
