@@ -4,7 +4,7 @@
 set -euo pipefail
 
 packages=(cmake ninja-build g++ make qt6-base-dev qt6-base-dev-tools libgl-dev
-          xvfb x11-utils fonts-dejavu-core)
+          qt6-serialport-dev xvfb x11-utils fonts-dejavu-core)
 case "${1:-}" in
     --bench) packages+=(libbenchmark-dev) ;;
     --fuzz) packages+=(clang libclang-rt-14-dev) ;;
