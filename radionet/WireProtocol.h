@@ -47,6 +47,10 @@ struct Frame {
     friend bool operator==(const Frame &, const Frame &) = default;
 };
 
+// CRC-16/CCITT-FALSE (poly 0x1021, init 0xFFFF, no reflection, no final xor): the
+// check that closes every frame.
+quint16 crc16(QByteArrayView bytes);
+
 // The frame as it goes on the line: delimited, stuffed, with its length and CRC.
 // A payload longer than MaxPayload is not encodable: the result is empty.
 QByteArray encode(const Frame &frame);
