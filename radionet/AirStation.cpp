@@ -121,17 +121,20 @@ std::optional<wire::Frame> AirStation::answerTo(const wire::Frame &request) {
         return refusal(request, Refusal::UnknownCommand);
 
     const qint16 address = request.satId;
+    // The three questions carry nothing.
+    const bool asks = request.kind() == Command::Detect || request.kind() == Command::ReadConfig ||
+                      request.kind() == Command::ReadStatus;
+    if (asks && !request.payload.isEmpty())
+        return refusal(request, Refusal::BadPayload);
     switch (request.kind()) {
     case Command::Polling: {
         const std::optional<wire::Polling> polling = wire::pollingFrom(request.payload);
         if (!polling)
             return refusal(request, Refusal::BadPayload);
-        polling_ = polling->on;
+        // Nothing here polls on its own: the state asked for is the state in force.
         return answerOf(request, Command::Polling, wire::payloadOf(*polling));
     }
     case Command::Detect: {
-        if (!request.payload.isEmpty())
-            return refusal(request, Refusal::BadPayload);
         const std::optional<Air::Detected> found = air_.detect(address);
         if (!found)
             return std::nullopt;
@@ -142,8 +145,6 @@ std::optional<wire::Frame> AirStation::answerTo(const wire::Frame &request) {
         return answer;
     }
     case Command::ReadConfig: {
-        if (!request.payload.isEmpty())
-            return refusal(request, Refusal::BadPayload);
         const std::optional<OnAirSatellite> s = air_.config(address);
         if (!s)
             return std::nullopt;
@@ -152,8 +153,6 @@ std::optional<wire::Frame> AirStation::answerTo(const wire::Frame &request) {
                                                      s->rfVersionMajor, s->rfVersionMinor}));
     }
     case Command::ReadStatus: {
-        if (!request.payload.isEmpty())
-            return refusal(request, Refusal::BadPayload);
         const std::optional<Air::Status> status = air_.status(address);
         if (!status)
             return std::nullopt;
@@ -165,15 +164,16 @@ std::optional<wire::Frame> AirStation::answerTo(const wire::Frame &request) {
         if (!to)
             return refusal(request, Refusal::BadPayload);
         const ConfigureDone done{address, request.sequence, request.payload};
-        if (configured == done) {
-            // Its acknowledgement went astray: the satellite, now under its new id,
-            // acknowledges again without doing it twice.
-            if (!air_.config(to->newSatId))
-                return std::nullopt;
-        } else if (!air_.configure(address, to->newSatId, to->interfaceCode, to->enabled)) {
+        // A retry means its acknowledgement went astray: the satellite, now under its
+        // new id, acknowledges again without doing it twice.
+        const bool retry = configured == done;
+        const bool heard =
+            retry ? air_.config(to->newSatId).has_value()
+                  : air_.configure(address, to->newSatId, to->interfaceCode, to->enabled);
+        if (retry || heard)
+            lastConfigure_ = done; // a lost retry may come again
+        if (!heard)
             return std::nullopt;
-        }
-        lastConfigure_ = done;
         return answerOf(request, Command::Configure, {});
     }
     case Command::Refused: // never a request

@@ -26,9 +26,7 @@ public:
 
     void received(QByteArrayView bytes);
 
-    const Air &air() const { return air_; }
     const wire::Decoder &decoder() const { return decoder_; }
-    bool polling() const { return polling_; }
 
 signals:
     void send(const QByteArray &bytes);
@@ -65,7 +63,6 @@ private:
     int baud_;
     wire::Decoder decoder_;
     quint64 droppedSeen_ = 0;
-    bool polling_ = false;
     std::optional<ConfigureDone> lastConfigure_;
 
     QElapsedTimer clock_;
