@@ -22,6 +22,9 @@ public:
 
     RadioNetControl &network() { return *network_; }
     NetworkLog &log() { return log_; }
+    // Off: calls and events pass straight through, and nothing is recorded.
+    void setRecording(bool on) { recording_ = on; }
+    bool recording() const { return recording_; }
 
     QString BaudRate() const override { return network_->BaudRate(); }
     void setBaudRate(const QString &baudRate) override { network_->setBaudRate(baudRate); }
@@ -57,6 +60,7 @@ private:
 
     RadioNetControl *network_;
     NetworkLog log_;
+    bool recording_ = true;
     std::unique_ptr<RecordingSatelliteList> satellites_;
     std::unordered_map<const Satellite *, std::weak_ptr<RecordingSatellite>> wrappers_;
 };
