@@ -2,6 +2,7 @@
 
 #include "config/ConfigFile.h"
 #include "config/Globale.h"
+#include "radionet/RecordingRadioNet.h"
 #include "radionet/SimulatedRadioNet.h"
 
 #include <QCoreApplication>
@@ -30,8 +31,10 @@ bool waitUntil(const std::function<bool()> &done, int ms) {
     return true;
 }
 
-bool writeNetworkFile(const QString &fileName, int satellites) {
+bool writeNetworkFile(const QString &fileName, int satellites, const QString &commPort) {
     SimulatedRadioNet net;
+    if (!commPort.isEmpty())
+        net.setCommPort(commPort);
     for (int id = 1; id <= satellites; ++id) {
         const SatellitePtr satellite = net.Satellites().Add(qint16(id));
         satellite->setInterface(qint16(id % 2));
@@ -48,13 +51,27 @@ bool writeNetworkFile(const QString &fileName, int satellites) {
            check.Devices().Count() == 32;
 }
 
-BenchWindow::BenchWindow(const std::function<QString(const QString &)> &commandLine,
+BenchWindow::BenchWindow(const CommandLine &commandLine,
                          const std::function<void(SimulatedRadioNet &)> &prepare)
     : net_(new SimulatedRadioNet) {
+    network_ = net_;
     if (prepare)
         prepare(*net_);
+    show(commandLine);
+}
+
+BenchWindow::BenchWindow(RadioNetControl *network, const CommandLine &commandLine)
+    : network_(network) {
+    show(commandLine);
+}
+
+RecordingRadioNet *BenchWindow::recorder() {
+    return main_->findChild<RecordingRadioNet *>();
+}
+
+void BenchWindow::show(const CommandLine &commandLine) {
     const QString command = commandLine ? commandLine(folder_.path()) : QString();
-    main_ = std::make_unique<Main>(net_, folder_.path(), command);
+    main_ = std::make_unique<Main>(network_, folder_.path(), command);
     main_->show();
     shown_ = waitUntil(
         [this] { return main_->windowHandle() && main_->windowHandle()->isExposed(); }, 5000);

@@ -4,22 +4,13 @@
 #include "Clock.h"
 #include "Report.h"
 #include "Sections.h"
+#include "Spawn.h"
 
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
-#include <cerrno>
-#include <csignal>
-#include <fcntl.h>
 #include <optional>
-#include <poll.h>
-#include <spawn.h>
-#include <string>
-#include <sys/wait.h>
-#include <unistd.h>
 #include <vector>
-
-extern char **environ;
 
 namespace {
 
@@ -39,69 +30,18 @@ struct Series {
     std::vector<double> cpuMs;
 };
 
-// Starts the program, with the clock read just before the process is made, and
-// waits for its "ready" line. The program's standard error goes to the same pipe,
-// so that a failure can be shown.
+// Starts the program and waits for its "ready" line. The program's standard error
+// goes to the same pipe, so that a failure can be shown.
 std::optional<Ready> startOnce(const QString &program, const QStringList &arguments,
                                QString &output) {
-    int fds[2];
-    if (pipe2(fds, O_CLOEXEC) != 0)
+    const Finished run = runProgram(program, arguments, ChildTimeoutMs);
+    output = run.output;
+    if (!run.succeeded())
         return std::nullopt;
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_adddup2(&actions, fds[1], STDOUT_FILENO);
-    posix_spawn_file_actions_adddup2(&actions, fds[1], STDERR_FILENO);
-
-    std::vector<std::string> args{program.toStdString()};
-    for (const QString &argument : arguments)
-        args.push_back(argument.toStdString());
-    std::vector<char *> argv;
-    for (std::string &arg : args)
-        argv.push_back(arg.data());
-    argv.push_back(nullptr);
-
-    pid_t pid = 0;
-    const std::int64_t started = benchclock::monotonicNs();
-    const int spawned = posix_spawn(&pid, argv[0], &actions, nullptr, argv.data(), environ);
-    posix_spawn_file_actions_destroy(&actions);
-    close(fds[1]);
-    if (spawned != 0) {
-        close(fds[0]);
-        output = QStringLiteral("cannot start %1").arg(program);
-        return std::nullopt;
-    }
-
-    QByteArray bytes;
-    bool timedOut = false;
-    for (;;) {
-        pollfd in{fds[0], POLLIN, 0};
-        const int ready = poll(&in, 1, ChildTimeoutMs);
-        if (ready < 0 && errno == EINTR)
-            continue;
-        if (ready <= 0) {
-            timedOut = true;
-            kill(pid, SIGKILL);
-            break;
-        }
-        char buffer[4096];
-        const ssize_t n = read(fds[0], buffer, sizeof buffer);
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n <= 0)
-            break;
-        bytes.append(buffer, n);
-    }
-    close(fds[0]);
-    int status = 0;
-    waitpid(pid, &status, 0);
-    output = QString::fromLocal8Bit(bytes).trimmed();
-    if (timedOut || !WIFEXITED(status) || WEXITSTATUS(status) != 0)
-        return std::nullopt;
-
     for (const QString &line : output.split(u'\n')) {
         const QStringList fields = line.trimmed().split(u' ');
         if (fields.size() == 4 && fields[0] == QLatin1String("ready"))
-            return Ready{double(fields[1].toLongLong() - started) / 1e6, fields[2].toDouble(),
+            return Ready{double(fields[1].toLongLong() - run.startedNs) / 1e6, fields[2].toDouble(),
                          fields[3].toDouble() / 1e6};
     }
     return std::nullopt;
