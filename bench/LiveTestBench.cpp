@@ -1,14 +1,15 @@
 // The live test: fifteen satellites answering at once (the simulator at zero
-// delay), the test grid updating, and key presses reaching the window meanwhile.
+// delay), the test grid updating, and key presses reaching the window meanwhile;
+// and what the recorder of the network log costs on top.
 #include "BenchWindow.h"
 #include "Clock.h"
+#include "LiveProbes.h"
 #include "Report.h"
 #include "Sections.h"
+#include "radionet/RecordingRadioNet.h"
 #include "radionet/SimulatedRadioNet.h"
 
 #include <QAbstractButton>
-#include <QCoreApplication>
-#include <QKeyEvent>
 #include <QTabWidget>
 #include <QTableWidget>
 #include <QTimer>
@@ -16,67 +17,16 @@
 namespace {
 
 constexpr int Satellites = 15;
-constexpr double RateBudget = 10000;  // answers handled per second
-constexpr double InputBudgetMs = 100; // a key press still felt as immediate
-constexpr int AnswersPerProbe = 500;  // a key press is posted every so many answers
-constexpr int DirectCalls = 20000;    // calls of the handler alone, per run
+constexpr double RateBudget = 10000;    // answers handled per second
+constexpr double InputBudgetMs = 100;   // a key press still felt as immediate
+constexpr double RecorderBudget = 1.10; // cost per answer, recording on / off
+constexpr int AnswersPerProbe = 500;    // a key press is posted every so many answers
+constexpr int DirectCalls = 20000;      // calls of the handler alone, per run
 
-// Posts a key press to the grid now and then and takes the time until the grid
-// receives it: the window answering input while the answers pour in.
-class InputProbe : public QObject {
-public:
-    explicit InputProbe(QWidget &target)
-        : target_(target) {
-        target.installEventFilter(this);
-    }
-
-    void post() {
-        if (outstanding_)
-            return;
-        outstanding_ = true;
-        postedAt_ = benchclock::monotonicNs();
-        // Shift alone: the grid receives it and does nothing with it.
-        QCoreApplication::postEvent(&target_,
-                                    new QKeyEvent(QEvent::KeyPress, Qt::Key_Shift, Qt::NoModifier));
-    }
-    std::vector<double> latenciesMs;
-
-protected:
-    bool eventFilter(QObject *, QEvent *event) override {
-        if (event->type() == QEvent::KeyPress && outstanding_) {
-            latenciesMs.push_back(double(benchclock::monotonicNs() - postedAt_) / 1e6);
-            outstanding_ = false;
-        }
-        return false;
-    }
-
-private:
-    QWidget &target_;
-    bool outstanding_ = false;
-    std::int64_t postedAt_ = 0;
+// The figures of the measuring windows taken with the recorder on, or off.
+struct Series {
+    std::vector<double> rates, cpuUs, wallUs, paintRates, tickRates;
 };
-
-// Counts the paints of one widget.
-class PaintCounter : public QObject {
-public:
-    explicit PaintCounter(QWidget &widget) { widget.installEventFilter(this); }
-    int paints = 0;
-
-protected:
-    bool eventFilter(QObject *, QEvent *event) override {
-        if (event->type() == QEvent::Paint)
-            ++paints;
-        return false;
-    }
-};
-
-bool allRowsAnswered(const QTableWidget &grid) {
-    for (int row = 1; row <= Satellites; ++row) {
-        if (grid.item(row, 1)->text() != QLatin1String("     OK"))
-            return false;
-    }
-    return true;
-}
 
 } // namespace
 
@@ -98,7 +48,8 @@ void benchLiveTest(Report &report, const BenchOptions &options) {
     auto *grid = window.w<QTableWidget>("MFG2");
     auto *start = window.w<QAbstractButton>("b_Debut_test");
     auto *timer2 = window.w<QTimer>("Timer2");
-    if (!window.shown() || !tabs || !grid || !start || !timer2 ||
+    RecordingRadioNet *recorder = window.recorder();
+    if (!window.shown() || !tabs || !grid || !start || !timer2 || !recorder ||
         net.Satellites().Count() != Satellites) {
         report.fail(number, measure,
                     QStringLiteral("the window did not come up with 15 satellites"));
@@ -125,14 +76,19 @@ void benchLiveTest(Report &report, const BenchOptions &options) {
     start->click();
     // Timer2 addresses one satellite per tick: after fifteen ticks all of them are
     // polled continuously.
-    if (!waitUntil([&] { return allRowsAnswered(*grid); }, (Satellites + 5) * 500)) {
+    if (!waitUntil([&] { return allRowsAnswered(*grid, Satellites); }, (Satellites + 5) * 500)) {
         report.fail(number, measure, QStringLiteral("not every satellite answered"));
         return;
     }
 
-    std::vector<double> rates, cpuUs, wallUs, paintRates, tickRates;
+    // The recorder on and off in turn (on, off, off, on, ...), so that a drift of the
+    // machine weighs on both alike.
+    Series on, off;
     probe.latenciesMs.clear();
-    for (int run = 0; run < options.liveWindows; ++run) {
+    for (int run = 0; run < 2 * options.liveWindows; ++run) {
+        const bool recording = run % 4 == 0 || run % 4 == 3;
+        recorder->setRecording(recording);
+        Series &series = recording ? on : off;
         const qint64 answersBefore = answers;
         const int paintsBefore = gridPaints.paints;
         const int ticksBefore = ticks;
@@ -145,12 +101,13 @@ void benchLiveTest(Report &report, const BenchOptions &options) {
             report.fail(number, measure, QStringLiteral("no answer was handled"));
             return;
         }
-        rates.push_back(handled / seconds);
-        cpuUs.push_back(double(benchclock::cpuNs() - cpu) / 1e3 / handled);
-        wallUs.push_back(seconds * 1e6 / handled);
-        paintRates.push_back((gridPaints.paints - paintsBefore) / seconds);
-        tickRates.push_back((ticks - ticksBefore) / seconds);
+        series.rates.push_back(handled / seconds);
+        series.cpuUs.push_back(double(benchclock::cpuNs() - cpu) / 1e3 / handled);
+        series.wallUs.push_back(seconds * 1e6 / handled);
+        series.paintRates.push_back((gridPaints.paints - paintsBefore) / seconds);
+        series.tickRates.push_back((ticks - ticksBefore) / seconds);
     }
+    recorder->setRecording(true);
     const qsizetype logged = net.callLog().size();
 
     // The handler alone: the answer emitted straight into it, without the event
@@ -169,7 +126,9 @@ void benchLiveTest(Report &report, const BenchOptions &options) {
     tabs->setCurrentIndex(0);
     runEventLoopFor(100);
 
-    const double rate = benchclock::median(rates);
+    const double rate = benchclock::median(on.rates);
+    const double costOn = benchclock::median(on.cpuUs);
+    const double costOff = benchclock::median(off.cpuUs);
     const std::vector<double> &latencies = probe.latenciesMs;
     const double worstMs =
         latencies.empty() ? 0 : *std::max_element(latencies.begin(), latencies.end());
@@ -179,16 +138,16 @@ void benchLiveTest(Report &report, const BenchOptions &options) {
                 QStringLiteral("Live test, %1 satellites: StatusReceived handled").arg(Satellites),
                 formatCount(rate) + QStringLiteral(" /s"),
                 QStringLiteral("grid painted %1 /s, Timer2 %2 ticks/s, %3 x %4 ms")
-                    .arg(formatCount(benchclock::median(paintRates)))
-                    .arg(benchclock::median(tickRates), 0, 'f', 1)
+                    .arg(formatCount(benchclock::median(on.paintRates)))
+                    .arg(benchclock::median(on.tickRates), 0, 'f', 1)
                     .arg(options.liveWindows)
                     .arg(options.liveWindowMs),
                 QStringLiteral(">= %1 /s").arg(formatCount(RateBudget)),
                 rate >= RateBudget ? Report::Verdict::Kept : Report::Verdict::Missed});
     report.add({QStringLiteral("6b"),
                 QStringLiteral("Cost per StatusReceived in the running test (CPU)"),
-                formatUs(benchclock::median(cpuUs)),
-                QStringLiteral("wall per answer %1").arg(formatUs(benchclock::median(wallUs))),
+                formatUs(costOn),
+                QStringLiteral("wall per answer %1").arg(formatUs(benchclock::median(on.wallUs))),
                 QString(), Report::Verdict::NoBudget});
     report.add({QStringLiteral("6c"), QStringLiteral("RF1_StatusReceived alone, per call"),
                 formatUs(benchclock::median(handlerUs)),
@@ -202,6 +161,20 @@ void benchLiveTest(Report &report, const BenchOptions &options) {
          QStringLiteral("worst %1 of %2 key presses").arg(formatMs(worstMs)).arg(latencies.size()),
          QStringLiteral("<= %1").arg(formatMs(InputBudgetMs)),
          answered ? Report::Verdict::Kept : Report::Verdict::Missed});
+    report.add(
+        {QStringLiteral("6e"),
+         QStringLiteral("Recorder of the network log: cost per answer, on / off"),
+         formatRatio(costOn / costOff),
+         QStringLiteral("on %1, off %2 (CPU); %3 /s on, %4 /s off")
+             .arg(formatUs(costOn), formatUs(costOff), formatCount(rate),
+                  formatCount(benchclock::median(off.rates))),
+         QStringLiteral("<= %1").arg(formatRatio(RecorderBudget)),
+         costOn / costOff <= RecorderBudget ? Report::Verdict::Kept : Report::Verdict::Missed});
+    report.note(QStringLiteral("Live test: figures 6a, 6b and 6e from %1 windows with the "
+                               "recorder on and %1 with it off, in turn; the recorder "
+                               "recorded %2 calls and events in all.")
+                    .arg(options.liveWindows)
+                    .arg(formatCount(double(recorder->log().lastNumber()))));
     report.note(QStringLiteral("Live test: the simulated network's call log held %1 entries at "
                                "the end.")
                     .arg(formatCount(double(logged))));

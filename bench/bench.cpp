@@ -12,8 +12,9 @@
 namespace {
 
 void usage() {
-    std::fprintf(stderr, "usage: norvale-bench [--quick] [--only startup,pause,idle,files,live]\n"
-                         "  --quick  fewer repetitions and a 2 s idle stretch, for a first look\n");
+    std::fprintf(
+        stderr, "usage: norvale-bench [--quick] [--only startup,pause,idle,files,live,serial,cli]\n"
+                "  --quick  fewer repetitions and a 2 s idle stretch, for a first look\n");
 }
 
 } // namespace
@@ -27,8 +28,10 @@ int main(int argc, char *argv[]) {
 
     BenchOptions options;
     options.programDir = QApplication::applicationDirPath();
-    QStringList sections{QStringLiteral("startup"), QStringLiteral("pause"), QStringLiteral("idle"),
-                         QStringLiteral("files"), QStringLiteral("live")};
+    QStringList sections{QStringLiteral("startup"), QStringLiteral("pause"),
+                         QStringLiteral("idle"),    QStringLiteral("files"),
+                         QStringLiteral("live"),    QStringLiteral("serial"),
+                         QStringLiteral("cli")};
     for (int i = 1; i < argc; ++i) {
         const QString arg = QString::fromLocal8Bit(argv[i]);
         if (arg == QLatin1String("--quick")) {
@@ -39,6 +42,8 @@ int main(int argc, char *argv[]) {
             options.fileRepetitions = 3;
             options.liveWindows = 3;
             options.liveWindowMs = 1000;
+            options.serialRuns = 3;
+            options.cliRuns = 7;
         } else if (arg == QLatin1String("--only") && i + 1 < argc) {
             sections = QString::fromLocal8Bit(argv[++i]).split(u',', Qt::SkipEmptyParts);
         } else {
@@ -58,6 +63,10 @@ int main(int argc, char *argv[]) {
         benchFiles(report, options);
     if (sections.contains(QLatin1String("live")))
         benchLiveTest(report, options);
+    if (sections.contains(QLatin1String("serial")))
+        benchSerial(report, options);
+    if (sections.contains(QLatin1String("cli")))
+        benchCli(report, options);
     report.print();
     benchmark::Shutdown();
     return report.allKept() ? 0 : 1;

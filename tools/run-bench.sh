@@ -2,7 +2,7 @@
 # Runs the benchmarks built in BUILD_DIR (the `bench` preset) and prints the machine
 # they ran on, then the one table of figures. Exits non-zero when a budget is
 # missed or a figure could not be taken.
-#   tools/run-bench.sh build/bench [--xvfb] [--quick] [--only startup,pause,idle,files,live]
+#   tools/run-bench.sh build/bench [--xvfb] [--quick] [--only startup,pause,idle,files,live,serial,cli]
 # --xvfb runs on an X server (Xvfb) instead of Qt's offscreen platform.
 set -euo pipefail
 
