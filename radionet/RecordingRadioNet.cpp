@@ -133,30 +133,8 @@ SatellitePtr RecordingRadioNet::wrap(const SatellitePtr &satellite) {
     return wrapper;
 }
 
-bool RecordingRadioNet::OpenPort() {
-    const bool done = network_->OpenPort();
+bool RecordingRadioNet::noted(NetworkLog::What what, bool done) {
     if (recording_)
-        log_.call(What::OpenPort, NetworkLog::NoSatellite, done);
-    return done;
-}
-
-bool RecordingRadioNet::ClosePort() {
-    const bool done = network_->ClosePort();
-    if (recording_)
-        log_.call(What::ClosePort, NetworkLog::NoSatellite, done);
-    return done;
-}
-
-bool RecordingRadioNet::StartPolling() {
-    const bool done = network_->StartPolling();
-    if (recording_)
-        log_.call(What::StartPolling, NetworkLog::NoSatellite, done);
-    return done;
-}
-
-bool RecordingRadioNet::StopPolling() {
-    const bool done = network_->StopPolling();
-    if (recording_)
-        log_.call(What::StopPolling, NetworkLog::NoSatellite, done);
+        log_.call(what, NetworkLog::NoSatellite, done);
     return done;
 }
