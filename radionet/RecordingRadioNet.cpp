@@ -64,7 +64,7 @@ public:
     explicit RecordingSatelliteList(RecordingRadioNet &net)
         : net_(net) {}
 
-    SatellitePtr Item(qint16 position) const override { return net_.wrap(list().Item(position)); }
+    SatellitePtr Item(qint16 position) const override { return net_.item(position); }
     SatellitePtr Add(qint16 satId) override { return net_.wrap(list().Add(satId)); }
     void Remove(qint16 satId) override { list().Remove(satId); }
     qint32 Count() const override { return list().Count(); }
@@ -118,19 +118,38 @@ SatelliteList &RecordingRadioNet::Satellites() {
     return recording_ ? *satellites_ : network_->Satellites();
 }
 
-SatellitePtr RecordingRadioNet::wrap(const SatellitePtr &satellite) {
+const RecordingRadioNet::Wrappers::value_type &
+RecordingRadioNet::wrapped(const SatellitePtr &satellite) {
     const auto it = wrappers_.find(satellite.get());
     if (it != wrappers_.end())
-        return it->second;
+        return *it;
     // Forget the wrappers of satellites gone from the list, and from every hand, before
     // the map grows.
-    if (wrappers_.size() > 64)
+    if (wrappers_.size() > 64) {
         std::erase_if(wrappers_, [](const auto &entry) {
             return entry.second.use_count() == 1 && entry.second->orphan();
         });
-    auto wrapper = std::make_shared<RecordingSatellite>(satellite, log_);
-    wrappers_[satellite.get()] = wrapper;
-    return wrapper;
+        byPosition_.clear();
+    }
+    return *wrappers_
+                .emplace(satellite.get(), std::make_shared<RecordingSatellite>(satellite, log_))
+                .first;
+}
+
+SatellitePtr RecordingRadioNet::wrap(const SatellitePtr &satellite) {
+    return wrapped(satellite).second;
+}
+
+SatellitePtr RecordingRadioNet::item(qint16 position) {
+    SatellitePtr satellite = network_->Satellites().Item(position); // a bad position throws
+    const auto at = std::size_t(position - 1);
+    if (at < byPosition_.size() && byPosition_[at] && byPosition_[at]->first == satellite.get())
+        return byPosition_[at]->second;
+    const Wrappers::value_type &entry = wrapped(satellite);
+    if (at >= byPosition_.size())
+        byPosition_.resize(at + 1);
+    byPosition_[at] = &entry;
+    return entry.second;
 }
 
 bool RecordingRadioNet::noted(NetworkLog::What what, bool done) {

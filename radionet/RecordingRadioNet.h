@@ -5,6 +5,7 @@
 
 #include <memory>
 #include <unordered_map>
+#include <vector>
 
 class RecordingSatellite;
 class RecordingSatelliteList;
@@ -61,7 +62,10 @@ public:
 
 private:
     friend class RecordingSatelliteList;
+    using Wrappers = std::unordered_map<const Satellite *, std::shared_ptr<RecordingSatellite>>;
+    const Wrappers::value_type &wrapped(const SatellitePtr &satellite);
     SatellitePtr wrap(const SatellitePtr &satellite);
+    SatellitePtr item(qint16 position);
     bool noted(NetworkLog::What what, bool done); // a call on the port, and its result
 
     RadioNetControl *network_;
@@ -71,5 +75,8 @@ private:
     // Kept while their satellite lives: a wrapper remembers what its satellite reported
     // and is told, between the handlers that fetch it anew each time; and a live test,
     // which fetches every satellite on every answer, does not make one each time.
-    std::unordered_map<const Satellite *, std::shared_ptr<RecordingSatellite>> wrappers_;
+    Wrappers wrappers_;
+    // The wrapper last handed out at each position of the list: the live test fetches
+    // every satellite by position on every answer. Emptied when wrappers are forgotten.
+    std::vector<const Wrappers::value_type *> byPosition_;
 };

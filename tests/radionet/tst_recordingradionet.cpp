@@ -50,14 +50,24 @@ private slots:
                  "Sat ID 3 -> 7, RS-232 -> RS-485, enabled 1 -> 0");
     }
 
-    void satelliteGone() {
-        const std::weak_ptr<Satellite> raw = sim_->Satellites().ItemById(3);
-        rec_->Satellites().ItemById(3)->RequestStatus();
+    // Another satellite at a position: fetched as itself. The one gone is forgotten
+    // once it is held by no one and the wrappers grow past their bound.
+    void replaced_data() {
+        QTest::addColumn<int>("added");
+        QTest::addColumn<bool>("forgotten");
+        QTest::newRow("one added") << 1 << false;
+        QTest::newRow("many added") << 70 << true;
+    }
+    void replaced() {
+        QFETCH(int, added);
+        const std::weak_ptr<Satellite> raw = sim_->Satellites().Item(1);
+        rec_->Satellites().Item(1)->RequestStatus();
         rec_->Satellites().Remove(3);
         QVERIFY(net_support::settle(*sim_));
-        for (int id = 100; id < 170; ++id)
+        for (int id = 100; id < 100 + added; ++id)
             rec_->Satellites().Add(qint16(id));
-        QVERIFY(raw.expired());
+        QCOMPARE(rec_->Satellites().Item(1)->SatId(), 100);
+        QTEST(raw.expired(), "forgotten");
     }
 };
 
