@@ -129,6 +129,12 @@ void benchLiveTest(Report &report, const BenchOptions &options) {
     const double rate = benchclock::median(on.rates);
     const double costOn = benchclock::median(on.cpuUs);
     const double costOff = benchclock::median(off.cpuUs);
+    // Each pair of neighbouring windows, one on and one off, gives a ratio: a drift of
+    // the machine over the run cancels out of it.
+    std::vector<double> pairRatios;
+    for (std::size_t k = 0; k < on.cpuUs.size() && k < off.cpuUs.size(); ++k)
+        pairRatios.push_back(on.cpuUs[k] / off.cpuUs[k]);
+    const double recorderRatio = benchclock::median(pairRatios);
     const std::vector<double> &latencies = probe.latenciesMs;
     const double worstMs =
         latencies.empty() ? 0 : *std::max_element(latencies.begin(), latencies.end());
@@ -161,18 +167,18 @@ void benchLiveTest(Report &report, const BenchOptions &options) {
          QStringLiteral("worst %1 of %2 key presses").arg(formatMs(worstMs)).arg(latencies.size()),
          QStringLiteral("<= %1").arg(formatMs(InputBudgetMs)),
          answered ? Report::Verdict::Kept : Report::Verdict::Missed});
-    report.add(
-        {QStringLiteral("6e"),
-         QStringLiteral("Recorder of the network log: cost per answer, on / off"),
-         formatRatio(costOn / costOff),
-         QStringLiteral("on %1, off %2 (CPU); %3 /s on, %4 /s off")
-             .arg(formatUs(costOn), formatUs(costOff), formatCount(rate),
-                  formatCount(benchclock::median(off.rates))),
-         QStringLiteral("<= %1").arg(formatRatio(RecorderBudget)),
-         costOn / costOff <= RecorderBudget ? Report::Verdict::Kept : Report::Verdict::Missed});
+    report.add({QStringLiteral("6e"),
+                QStringLiteral("Recorder of the network log: cost per answer, on / off"),
+                formatRatio(recorderRatio),
+                QStringLiteral("on %1, off %2 (CPU); %3 /s on, %4 /s off")
+                    .arg(formatUs(costOn), formatUs(costOff), formatCount(rate),
+                         formatCount(benchclock::median(off.rates))),
+                QStringLiteral("<= %1").arg(formatRatio(RecorderBudget)),
+                recorderRatio <= RecorderBudget ? Report::Verdict::Kept : Report::Verdict::Missed});
     report.note(QStringLiteral("Live test: figures 6a, 6b and 6e from %1 windows with the "
-                               "recorder on and %1 with it off, in turn; the recorder "
-                               "recorded %2 calls and events in all.")
+                               "recorder on and %1 with it off, in turn; 6e is the median of "
+                               "the ratios of neighbouring windows. The recorder recorded %2 "
+                               "calls and events in all.")
                     .arg(options.liveWindows)
                     .arg(formatCount(double(recorder->log().lastNumber()))));
     report.note(QStringLiteral("Live test: the simulated network's call log held %1 entries at "
