@@ -248,7 +248,11 @@ std::optional<Invocation> parseArguments(const QStringList &arguments, OwnTexts:
     }
     if (!parser.parse(QStringList{QStringLiteral("norvale-cli")} + arguments)) {
         const QStringList unknown = parser.unknownOptionNames();
-        error = unknown.isEmpty() ? parser.errorText() : words("CliUnknownOption", unknown.first());
+        if (unknown.isEmpty())
+            error = parser.errorText();
+        else
+            error = words("CliUnknownOption",
+                          QString(unknown.first().size() == 1 ? "-" : "--") + unknown.first());
         return std::nullopt;
     }
 
