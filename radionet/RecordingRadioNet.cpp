@@ -80,15 +80,19 @@ RecordingRadioNet::RecordingRadioNet(RadioNetControl *network, QObject *parent)
     , satellites_(std::make_unique<RecordingSatelliteList>(*this)) {
     network_->setParent(this);
     connect(network_, &RadioNetControl::NetError, this, [this](qint16 errNum, const QString &text) {
-        log_.event(What::NetError, NetworkLog::NoSatellite, errNum, text);
+        if (recording_)
+            log_.event(What::NetError, NetworkLog::NoSatellite, errNum, text);
         emit NetError(errNum, text);
     });
     connect(network_, &RadioNetControl::SatelliteAnswered, this,
             [this](qint16 satId, const QString &identity) {
-                log_.event(What::SatelliteAnswered, satId, 0, identity);
+                if (recording_)
+                    log_.event(What::SatelliteAnswered, satId, 0, identity);
                 emit SatelliteAnswered(satId, identity);
             });
     connect(network_, &RadioNetControl::ConfigReceived, this, [this](qint16 satId) {
+        if (!recording_)
+            return emit ConfigReceived(satId);
         log_.event(What::ConfigReceived, satId);
         // The configuration read is the "old" side of a later Configure.
         for (auto &[raw, weak] : wrappers_)
@@ -97,7 +101,8 @@ RecordingRadioNet::RecordingRadioNet(RadioNetControl *network, QObject *parent)
         emit ConfigReceived(satId);
     });
     connect(network_, &RadioNetControl::StatusReceived, this, [this](qint16 satId) {
-        log_.event(What::StatusReceived, satId);
+        if (recording_)
+            log_.event(What::StatusReceived, satId);
         emit StatusReceived(satId);
     });
 }
@@ -107,7 +112,7 @@ RecordingRadioNet::~RecordingRadioNet() {
 }
 
 SatelliteList &RecordingRadioNet::Satellites() {
-    return *satellites_;
+    return recording_ ? *satellites_ : network_->Satellites();
 }
 
 SatellitePtr RecordingRadioNet::wrap(const SatellitePtr &satellite) {
@@ -123,26 +128,8 @@ SatellitePtr RecordingRadioNet::wrap(const SatellitePtr &satellite) {
     return wrapper;
 }
 
-bool RecordingRadioNet::OpenPort() {
-    const bool done = network_->OpenPort();
-    log_.call(What::OpenPort, NetworkLog::NoSatellite, done);
-    return done;
-}
-
-bool RecordingRadioNet::ClosePort() {
-    const bool done = network_->ClosePort();
-    log_.call(What::ClosePort, NetworkLog::NoSatellite, done);
-    return done;
-}
-
-bool RecordingRadioNet::StartPolling() {
-    const bool done = network_->StartPolling();
-    log_.call(What::StartPolling, NetworkLog::NoSatellite, done);
-    return done;
-}
-
-bool RecordingRadioNet::StopPolling() {
-    const bool done = network_->StopPolling();
-    log_.call(What::StopPolling, NetworkLog::NoSatellite, done);
+bool RecordingRadioNet::noted(NetworkLog::What what, bool done) {
+    if (recording_)
+        log_.call(what, NetworkLog::NoSatellite, done);
     return done;
 }

@@ -22,19 +22,26 @@ public:
 
     RadioNetControl &network() { return *network_; }
     NetworkLog &log() { return log_; }
+    // Off: calls and events pass straight through, and nothing is recorded.
+    void setRecording(bool on) { recording_ = on; }
+    bool recording() const { return recording_; }
 
     QString BaudRate() const override { return network_->BaudRate(); }
     void setBaudRate(const QString &baudRate) override { network_->setBaudRate(baudRate); }
     SatelliteList &Satellites() override;
     TerminalList &Devices() override { return network_->Devices(); }
-    bool StartPolling() override;
-    bool StopPolling() override;
+    bool StartPolling() override {
+        return noted(NetworkLog::What::StartPolling, network_->StartPolling());
+    }
+    bool StopPolling() override {
+        return noted(NetworkLog::What::StopPolling, network_->StopPolling());
+    }
     QString CommPort() const override { return network_->CommPort(); }
     void setCommPort(const QString &port) override { network_->setCommPort(port); }
     qint16 TimeOut() const override { return network_->TimeOut(); }
     void setTimeOut(qint16 timeOut) override { network_->setTimeOut(timeOut); }
-    bool OpenPort() override;
-    bool ClosePort() override;
+    bool OpenPort() override { return noted(NetworkLog::What::OpenPort, network_->OpenPort()); }
+    bool ClosePort() override { return noted(NetworkLog::What::ClosePort, network_->ClosePort()); }
     qint16 LinkState() const override { return network_->LinkState(); }
     qint32 Synchro() const override { return network_->Synchro(); }
     void setSynchro(qint32 synchro) override { network_->setSynchro(synchro); }
@@ -54,9 +61,11 @@ public:
 private:
     friend class RecordingSatelliteList;
     SatellitePtr wrap(const SatellitePtr &satellite);
+    bool noted(NetworkLog::What what, bool done); // a call on the port, and its result
 
     RadioNetControl *network_;
     NetworkLog log_;
+    bool recording_ = true;
     std::unique_ptr<RecordingSatelliteList> satellites_;
     std::unordered_map<const Satellite *, std::weak_ptr<RecordingSatellite>> wrappers_;
 };

@@ -101,6 +101,7 @@ bool SerialRadioNet::OpenPort() {
         return false;
     }
     port_->clear(QSerialPort::AllDirections); // what lay in the line before is not an answer
+    device_ = device;
     decoder_.reset();
     counters_ = {};
     linkState_ = 1;
@@ -276,11 +277,10 @@ void SerialRadioNet::onTimeout() {
     }
     const Exchange failed = std::move(*current_);
     current_.reset();
-    const QString device = port_->portName();
     if (counters_.bytesReceived > failed.receivedAtStart)
-        fail(UnreadableError, text("Unreadable", device, BaudRate()));
+        fail(UnreadableError, text("Unreadable", device_, BaudRate()));
     else if (failed.frame.kind() == wire::Command::Polling)
-        fail(NoAnswerError, text("NoAnswerNetwork", device));
+        fail(NoAnswerError, text("NoAnswerNetwork", device_));
     else if (failed.frame.kind() == wire::Command::Configure)
         fail(NoAnswerError, text("NoAnswerConfigure", QString::number(failed.frame.satId)));
     else if (failed.frame.satId == wire::AnySatellite &&
@@ -297,9 +297,8 @@ void SerialRadioNet::onPortError() {
         return;
     // A device that goes away while open (a cable pulled out, the far end of a
     // pseudo-terminal closed) is a line lost: closed here, reported once.
-    const QString device = port_->portName();
     closeLine();
-    fail(LineLostError, text("LineLost", device));
+    fail(LineLostError, text("LineLost", device_));
 }
 
 void SerialRadioNet::fail(qint16 errNum, const QString &description) {

@@ -77,6 +77,7 @@ private:
     void closeLine();
 
     QSerialPort *port_ = nullptr;
+    QString device_; // the device open, for the messages
     qint16 linkState_ = 0;
     wire::Decoder decoder_;
     std::deque<Exchange> waiting_;
