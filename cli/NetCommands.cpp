@@ -84,6 +84,9 @@ int finish(const Invocation &inv, Console &console, NetSession &session,
     console.table(table);
     for (const QString &note : report.notes)
         console.out(note);
+    // Said on standard error below, and noted in the report.
+    if (session.linkFailure())
+        report.notes << console("CliLinkFailure", *session.linkFailure());
     if (!inv.report.isEmpty()) {
         report.when = QDateTime::currentDateTime();
         report.file = inv.files.value(0);

@@ -15,8 +15,9 @@ public:
 
     // Fills the report: a row per satellite (missing when it never answered,
     // differing when it missed rounds or its configuration is not the file's), the
-    // health from the recorder. Stops at a link failure. Returns, for each row it
-    // added, the number of rounds in which the satellite answered both requests.
+    // health from the recorder. Stops at a link failure, which the round it ended counts in.
+    // Returns, for each row it added, the number of rounds in which the satellite answered both
+    // requests.
     std::vector<int> run(const std::vector<FileSatellite> &satellites, int rounds,
                          CommissioningReport &report, const Progress &progress = {});
 

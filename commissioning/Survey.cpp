@@ -61,8 +61,6 @@ void Survey::run(const std::vector<FileSatellite> &satellites, CommissioningRepo
                 report.notes << words_("CliSurveyRenamed", answer->satId, missing.front()->satId);
         }
     }
-    if (const auto &failure = session_.linkFailure())
-        report.notes << words_("CliLinkFailure", *failure);
     report.health = session_.net().log().health();
 }
 

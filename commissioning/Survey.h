@@ -14,7 +14,8 @@ public:
         , probe_(probe)
         , words_(words) {}
 
-    // Fills the report's rows, notes and health; stops at a link failure.
+    // Fills the report's rows, notes and health; stops at a link failure, which the
+    // session tells.
     void run(const std::vector<FileSatellite> &satellites, CommissioningReport &report,
              const Progress &progress = {});
 

@@ -53,18 +53,25 @@ class tst_Cli : public QObject {
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.write(bytes);
     }
-    // Runs norvale-cli in the scratch folder; its exit code.
-    int run(const QStringList &arguments) {
-        QProcess cli;
+    // Starts norvale-cli in the scratch folder.
+    void start(QProcess &cli, const QStringList &arguments) const {
         cli.setWorkingDirectory(dir_.path());
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert("LANG", "C");
         cli.setProcessEnvironment(environment);
         cli.start(NORVALE_CLI, arguments);
+    }
+    // Its exit code, once it has ended.
+    int finish(QProcess &cli) {
         cli.waitForFinished(120000);
         out_ = QString::fromUtf8(cli.readAllStandardOutput());
         err_ = QString::fromUtf8(cli.readAllStandardError());
         return cli.exitStatus() == QProcess::NormalExit ? cli.exitCode() : -1;
+    }
+    int run(const QStringList &arguments) {
+        QProcess cli;
+        start(cli, arguments);
+        return finish(cli);
     }
     // Standard output and error with every run of blanks made one.
     QString said() const { return (out_ + err_).simplified(); }
@@ -223,6 +230,31 @@ private slots:
         row("help of a command", {"configure", "--help"}, 0, "--interface RS-232|RS-485");
     }
     void commands() { runRow(); }
+
+    // Over a serial line to the emulator: a survey of the demo network, then a live
+    // test that goes on until the far end goes away.
+    void overASerialLine() {
+        QProcess netsim;
+        netsim.start(NORVALE_NETSIM_PATH,
+                     {"--pty", "--verbose", "--scenario", NORVALE_EXAMPLES_DIR "/demo-air.ini"});
+        QTRY_VERIFY(netsim.canReadLine());
+        const QStringList serial{NORVALE_EXAMPLES_DIR "/demo.nvl", "--link", "serial", "--port",
+                                 QString::fromLocal8Bit(netsim.readLine().trimmed())};
+        QCOMPARE(run(QStringList{"survey"} + serial), 1);
+        QVERIFY2(said().contains("3 3 matches RS-485 yes 3.1") &&
+                     said().contains("4 4 missing RS-232 yes does not answer"),
+                 qPrintable(said()));
+
+        QProcess test;
+        start(test, QStringList{"test", "--rounds", "1000000"} + serial);
+        QByteArray served;
+        // The survey's three status answers, then the live test's first.
+        QTRY_VERIFY((served += netsim.readAllStandardOutput()).count("Status answer") > 3);
+        netsim.terminate();
+        QCOMPARE(finish(test), 3);
+        QVERIFY2(err_.startsWith("Link failure: Serial line") && err_.contains("lost"),
+                 qPrintable(err_));
+    }
 
     void reportsAreWritten_data() {
         QTest::addColumn<QStringList>("arguments");
