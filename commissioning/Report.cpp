@@ -1,5 +1,11 @@
 #include "commissioning/Report.h"
 
+#include "commissioning/ReportFormats.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QSaveFile>
 #include <algorithm>
 
 bool CommissioningReport::clean() const {
@@ -21,4 +27,53 @@ QString stateName(CommissioningReport::Row::State state) {
         break;
     }
     return QStringLiteral("duplicate");
+}
+
+int ReportFormats::count(const CommissioningReport &report, State state) {
+    return int(std::count_if(report.rows.begin(), report.rows.end(),
+                             [state](const auto &row) { return row.state == state; }));
+}
+
+QString ReportFormats::title(const CommissioningReport &report, const OwnTexts &texts,
+                             OwnTexts::Language language) {
+    return texts(language, report.kind == CommissioningReport::Kind::Survey ? "ReportTitleSurvey"
+                                                                            : "ReportTitleTest");
+}
+
+bool writeReport(const CommissioningReport &report, const QString &fileName,
+                 OwnTexts::Language language, QString &error) {
+    const OwnTexts texts;
+    const QString shownName = QDir::toNativeSeparators(fileName);
+    const QString suffix = QFileInfo(fileName).suffix().toLower();
+    if (suffix != "html" && suffix != "pdf" && suffix != "json") {
+        error = texts(language, "ReportUnknownKind", shownName);
+        return false;
+    }
+    // Fonts and painting need the graphics half of Qt; without it drawing would abort.
+    if (suffix == "pdf" && !qobject_cast<QGuiApplication *>(QCoreApplication::instance())) {
+        error = texts(language, "ReportNoGraphics");
+        return false;
+    }
+    // Written beside the old report and renamed over it only once complete.
+    QSaveFile file(fileName);
+    if (!file.open(QIODevice::WriteOnly)) {
+        error =
+            texts(language, "ReportCannotWrite",
+                  QDir::toNativeSeparators(QFileInfo(fileName).absolutePath()), file.errorString());
+        return false;
+    }
+    bool written = true;
+    if (suffix == "pdf")
+        written = ReportFormats::pdf(report, language, file);
+    else if (suffix == "json")
+        file.write(ReportFormats::json(report));
+    else
+        file.write(ReportFormats::html(report, language).toUtf8());
+    if (!written)
+        file.cancelWriting();
+    if (!file.commit()) {
+        error = texts(language, "ReportNotWritten", shownName, file.errorString());
+        return false;
+    }
+    return true;
 }
