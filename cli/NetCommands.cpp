@@ -8,6 +8,7 @@
 #include "radionet/SerialRadioNet.h"
 
 #include <QDateTime>
+#include <functional>
 #include <memory>
 
 namespace {
@@ -39,9 +40,32 @@ std::unique_ptr<NetSession> openSession(const Invocation &inv, Console &console,
     return session;
 }
 
-int linkFailed(const NetSession &session, const Console &console) {
-    console.err(console("CliLinkFailure", *session.linkFailure()));
+// Runs a command on the network opened; a link failure, whenever it came, is said
+// last and ends with its own exit code.
+int onNetwork(const Invocation &inv, Console &console,
+              const std::function<int(NetSession &, SatelliteProbe &)> &command) {
+    int exit = Success;
+    const std::unique_ptr<NetSession> session = openSession(inv, console, exit);
+    if (!session)
+        return exit;
+    SatelliteProbe probe(*session);
+    exit = command(*session, probe);
+    if (!session->linkFailure())
+        return exit;
+    console.err(console("CliLinkFailure", *session->linkFailure()));
     return LinkFailed;
+}
+
+// A row of a result table, and its differences on the lines below it.
+void appendRow(QList<QStringList> &table, const QStringList &cells,
+               const CommissioningReport::Row &row) {
+    table.append(cells);
+    for (const QString &difference : row.differences)
+        table.append({QStringLiteral("  ") + difference});
+}
+
+QString rxTx(const CommissioningReport::Row &row) {
+    return row.rxFree.isEmpty() ? QString() : row.rxFree + u'/' + row.txFree;
 }
 
 QString networkName(NetSession &session, const Console &console) {
@@ -96,169 +120,153 @@ int finish(const Invocation &inv, Console &console, NetSession &session,
         QString error;
         if (!writeReport(report, inv.report, inv.language, error)) {
             console.err(console("CliReportFailed", inv.report, error));
-            return session.linkFailure() ? LinkFailed : Different;
+            return Different;
         }
         console.out(console("CliReportWritten", inv.report));
     }
-    if (session.linkFailure())
-        return linkFailed(session, console);
     return report.clean() ? Success : Different;
 }
 
 } // namespace
 
 int runDetect(const Invocation &inv, Console &console) {
-    int exit = Success;
-    const std::unique_ptr<NetSession> session = openSession(inv, console, exit);
-    if (!session)
-        return exit;
-    const qint16 satId = inv.satId.value_or(Air::AnySatellite);
-    SatelliteProbe probe(*session);
-    const auto answer = probe.detect(satId);
-    if (session->linkFailure())
-        return linkFailed(*session, console);
-    if (!answer) {
-        console.out(satId == Air::AnySatellite ? console("CliNoneAnswered")
-                                               : console("CliNoAnswer", satId));
-        return Different;
-    }
-    console.out(console("CliAnswers", answer->satId, answer->identity));
-    return Success;
+    return onNetwork(inv, console, [&](NetSession &session, SatelliteProbe &probe) -> int {
+        const qint16 satId = inv.satId.value_or(Air::AnySatellite);
+        const auto answer = probe.detect(satId);
+        if (session.linkFailure())
+            return LinkFailed;
+        if (!answer) {
+            console.out(satId == Air::AnySatellite ? console("CliNoneAnswered")
+                                                   : console("CliNoAnswer", satId));
+            return Different;
+        }
+        console.out(console("CliAnswers", answer->satId, answer->identity));
+        return Success;
+    });
 }
 
 int runRead(const Invocation &inv, Console &console) {
-    int exit = Success;
-    const std::unique_ptr<NetSession> session = openSession(inv, console, exit);
-    if (!session)
-        return exit;
-    SatelliteProbe probe(*session);
-    const qint16 satId = *inv.satId;
-    const auto config = probe.readConfig(satId);
-    const auto status = config ? probe.readStatus(satId) : std::nullopt;
-    if (session->linkFailure())
-        return linkFailed(*session, console);
-    if (!config) {
-        console.out(console("CliNoAnswer", satId));
-        return Different;
-    }
-    QList<QStringList> rows{
-        {console("CliSatId"), QString::number(satId)},
-        {console("CliInterface"), interfaceName(config->interfaceCode)},
-        {console("CliEnabled"), console(config->enabled != 0 ? "CliYes" : "CliNo")},
-        {console("CliFirmware"),
-         QStringLiteral("%1.%2").arg(config->rfVersionMajor).arg(config->rfVersionMinor)}};
-    if (status) {
-        rows.append({console("CliRxFree"), console("CliKb", status->rxFree)});
-        rows.append({console("CliTxFree"), console("CliKb", status->txFree)});
-    }
-    console.table(rows);
-    if (!status) {
-        console.out(console("CliNoStatus", satId));
-        return Different;
-    }
-    return Success;
+    return onNetwork(inv, console, [&](NetSession &session, SatelliteProbe &probe) -> int {
+        const qint16 satId = *inv.satId;
+        const auto config = probe.readConfig(satId);
+        const auto status = config ? probe.readStatus(satId) : std::nullopt;
+        if (session.linkFailure())
+            return LinkFailed;
+        if (!config) {
+            console.out(console("CliNoAnswer", satId));
+            return Different;
+        }
+        QList<QStringList> rows{
+            {console("CliSatId"), QString::number(satId)},
+            {console("CliInterface"), interfaceName(config->interfaceCode)},
+            {console("CliEnabled"), console(config->enabled != 0 ? "CliYes" : "CliNo")},
+            {console("CliFirmware"),
+             QStringLiteral("%1.%2").arg(config->rfVersionMajor).arg(config->rfVersionMinor)}};
+        if (status) {
+            rows.append({console("CliRxFree"), console("CliKb", status->rxFree)});
+            rows.append({console("CliTxFree"), console("CliKb", status->txFree)});
+        }
+        console.table(rows);
+        if (!status) {
+            console.out(console("CliNoStatus", satId));
+            return Different;
+        }
+        return Success;
+    });
 }
 
 int runSurvey(const Invocation &inv, Console &console) {
-    int exit = Success;
-    const std::unique_ptr<NetSession> session = openSession(inv, console, exit);
-    if (!session)
-        return exit;
-    const std::vector<FileSatellite> satellites = fileSatellites(session->net());
-    SatelliteProbe probe(*session);
-    CommissioningReport report;
-    Survey(*session, probe, console.words()).run(satellites, report, progressOn(console));
+    return onNetwork(inv, console, [&](NetSession &session, SatelliteProbe &probe) -> int {
+        CommissioningReport report;
+        Survey(session, probe, console.words())
+            .run(fileSatellites(session.net()), report, progressOn(console));
 
-    QList<QStringList> table{{console("CliPosition"), console("CliSatId"), console("CliState"),
-                              console("CliInterface"), console("CliEnabled"),
-                              console("CliFirmware"), console("CliRxTx"), console("CliIdentity")}};
-    for (const CommissioningReport::Row &row : report.rows) {
-        const QString interface =
-            row.foundInterface.isEmpty() ? row.expectedInterface : row.foundInterface;
-        const QString enabled = row.foundEnabled.isEmpty() ? row.expectedEnabled : row.foundEnabled;
-        table.append({row.position > 0 ? QString::number(row.position) : QStringLiteral("-"),
-                      QString::number(row.satId), stateText(console, row.state), interface,
-                      enabled.isEmpty() ? QString() : console(enabled == u"1" ? "CliYes" : "CliNo"),
-                      row.firmware,
-                      row.rxFree.isEmpty() ? QString() : row.rxFree + u'/' + row.txFree,
-                      row.identity});
-        for (const QString &difference : row.differences)
-            table.append({QStringLiteral("  ") + difference});
-    }
-    return finish(inv, console, *session, report, table);
+        QList<QStringList> table{{console("CliPosition"), console("CliSatId"), console("CliState"),
+                                  console("CliInterface"), console("CliEnabled"),
+                                  console("CliFirmware"), console("CliRxTx"),
+                                  console("CliIdentity")}};
+        for (const CommissioningReport::Row &row : report.rows) {
+            const QString interface =
+                row.foundInterface.isEmpty() ? row.expectedInterface : row.foundInterface;
+            const QString enabled =
+                row.foundEnabled.isEmpty() ? row.expectedEnabled : row.foundEnabled;
+            appendRow(
+                table,
+                {row.position > 0 ? QString::number(row.position) : QStringLiteral("-"),
+                 QString::number(row.satId), stateText(console, row.state), interface,
+                 enabled.isEmpty() ? QString() : console(enabled == u"1" ? "CliYes" : "CliNo"),
+                 row.firmware, rxTx(row), row.identity},
+                row);
+        }
+        return finish(inv, console, session, report, table);
+    });
 }
 
 int runTest(const Invocation &inv, Console &console) {
-    int exit = Success;
-    const std::unique_ptr<NetSession> session = openSession(inv, console, exit);
-    if (!session)
-        return exit;
-    const std::vector<FileSatellite> satellites = fileSatellites(session->net());
-    SatelliteProbe probe(*session);
-    CommissioningReport report;
-    const std::vector<int> answered = LiveTest(*session, probe, console.words())
-                                          .run(satellites, inv.rounds, report, progressOn(console));
+    return onNetwork(inv, console, [&](NetSession &session, SatelliteProbe &probe) -> int {
+        CommissioningReport report;
+        const std::vector<int> answered =
+            LiveTest(session, probe, console.words())
+                .run(fileSatellites(session.net()), inv.rounds, report, progressOn(console));
 
-    QList<QStringList> table{{console("CliSatId"), console("CliState"), console("CliRounds"),
-                              console("CliMedian"), console("CliWorst"), console("CliFirmware"),
-                              console("CliRxTx")}};
-    const auto ms = [&](qint64 ns) {
-        return ns < 0 ? QString() : console("CliMs", (ns + 500'000) / 1'000'000);
-    };
-    for (std::size_t i = 0; i < report.rows.size(); ++i) {
-        const CommissioningReport::Row &row = report.rows[i];
-        NetworkLog::Health health;
-        for (const NetworkLog::Health &h : report.health) {
-            if (h.satId == row.satId)
-                health = h;
+        QList<QStringList> table{{console("CliSatId"), console("CliState"), console("CliRounds"),
+                                  console("CliMedian"), console("CliWorst"), console("CliFirmware"),
+                                  console("CliRxTx")}};
+        const auto ms = [&](qint64 ns) {
+            return ns < 0 ? QString() : console("CliMs", (ns + 500'000) / 1'000'000);
+        };
+        for (std::size_t i = 0; i < report.rows.size(); ++i) {
+            const CommissioningReport::Row &row = report.rows[i];
+            NetworkLog::Health health;
+            for (const NetworkLog::Health &h : report.health) {
+                if (h.satId == row.satId)
+                    health = h;
+            }
+            appendRow(table,
+                      {QString::number(row.satId), stateText(console, row.state),
+                       QStringLiteral("%1/%2").arg(answered[i]).arg(report.rounds),
+                       ms(health.medianLatencyNs), ms(health.worstLatencyNs), row.firmware,
+                       rxTx(row)},
+                      row);
         }
-        table.append({QString::number(row.satId), stateText(console, row.state),
-                      QStringLiteral("%1/%2").arg(answered[i]).arg(report.rounds),
-                      ms(health.medianLatencyNs), ms(health.worstLatencyNs), row.firmware,
-                      row.rxFree.isEmpty() ? QString() : row.rxFree + u'/' + row.txFree});
-        for (const QString &difference : row.differences)
-            table.append({QStringLiteral("  ") + difference});
-    }
-    console.endProgress();
-    console.out(console("CliRoundsRun", report.rounds, inv.rounds));
-    return finish(inv, console, *session, report, table);
+        console.endProgress();
+        console.out(console("CliRoundsRun", report.rounds, inv.rounds));
+        return finish(inv, console, session, report, table);
+    });
 }
 
 int runConfigure(const Invocation &inv, Console &console) {
-    int exit = Success;
-    const std::unique_ptr<NetSession> session = openSession(inv, console, exit);
-    if (!session)
-        return exit;
-    SatelliteProbe probe(*session);
-    const qint16 satId = *inv.satId, newSatId = *inv.newSatId;
-    const Reconfiguration::Result result =
-        Reconfiguration(*session, probe).run(satId, newSatId, inv.interfaceCode, inv.enabled);
-    using Outcome = Reconfiguration::Outcome;
-    const auto settings = [&](const SatelliteProbe::Config &c) {
-        return interfaceName(c.interfaceCode) + QStringLiteral(", ") +
-               enabledWord(console, c.enabled);
-    };
-    switch (result.outcome) {
-    case Outcome::LinkFailed:
-        return linkFailed(*session, console);
-    case Outcome::Confirmed:
-        console.out(console("CliConfigured", satId, newSatId, settings(result.sent)));
-        return Success;
-    case Outcome::NoAnswer:
-        console.out(console("CliConfigureNoAnswer", satId));
-        break;
-    case Outcome::NewIdTaken:
-        console.out(console("CliConfigureTaken", newSatId));
-        break;
-    case Outcome::Silent:
-        console.out(console("CliConfigureSilent", newSatId, satId));
-        break;
-    case Outcome::Differs:
-        console.out(console("CliConfigureDiffers", newSatId, settings(result.readBack),
-                            settings(result.sent)));
-        break;
-    }
-    if (!result.error.isEmpty())
-        console.out(QStringLiteral("  ") + result.error);
-    return Different;
+    return onNetwork(inv, console, [&](NetSession &session, SatelliteProbe &probe) -> int {
+        const qint16 satId = *inv.satId, newSatId = *inv.newSatId;
+        const Reconfiguration::Result result =
+            Reconfiguration(session, probe).run(satId, newSatId, inv.interfaceCode, inv.enabled);
+        using Outcome = Reconfiguration::Outcome;
+        const auto settings = [&](const SatelliteProbe::Config &c) {
+            return interfaceName(c.interfaceCode) + QStringLiteral(", ") +
+                   enabledWord(console, c.enabled);
+        };
+        switch (result.outcome) {
+        case Outcome::LinkFailed:
+            return LinkFailed;
+        case Outcome::Confirmed:
+            console.out(console("CliConfigured", satId, newSatId, settings(result.sent)));
+            return Success;
+        case Outcome::NoAnswer:
+            console.out(console("CliConfigureNoAnswer", satId));
+            break;
+        case Outcome::NewIdTaken:
+            console.out(console("CliConfigureTaken", newSatId));
+            break;
+        case Outcome::Silent:
+            console.out(console("CliConfigureSilent", newSatId, satId));
+            break;
+        case Outcome::Differs:
+            console.out(console("CliConfigureDiffers", newSatId, settings(result.readBack),
+                                settings(result.sent)));
+            break;
+        }
+        if (!result.error.isEmpty())
+            console.out(QStringLiteral("  ") + result.error);
+        return Different;
+    });
 }
