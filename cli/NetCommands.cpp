@@ -8,6 +8,7 @@
 #include "radionet/SerialRadioNet.h"
 
 #include <QDateTime>
+#include <algorithm>
 #include <functional>
 #include <memory>
 
@@ -108,6 +109,13 @@ int finish(const Invocation &inv, Console &console, NetSession &session,
     console.table(table);
     for (const QString &note : report.notes)
         console.out(note);
+    using State = CommissioningReport::Row::State;
+    const auto count = [&](State state) {
+        return std::count_if(report.rows.begin(), report.rows.end(),
+                             [state](const auto &row) { return row.state == state; });
+    };
+    console.out(console("CliSummary", count(State::Matches), count(State::Differs),
+                        count(State::Missing), count(State::Unexpected), count(State::Duplicate)));
     // Said on standard error below, and noted in the report.
     if (session.linkFailure())
         report.notes << console("CliLinkFailure", *session.linkFailure());

@@ -9,8 +9,10 @@
 namespace {
 
 void say(ConfigProblem *why, ConfigProblem::Kind kind, const QString &found = QString()) {
-    if (why)
-        why->kind = kind, why->found = found;
+    if (!why)
+        return;
+    why->kind = kind;
+    why->found = found;
 }
 
 // The bytes of a file the reader takes: a regular file of at most MaxIniFileSize.
@@ -152,8 +154,10 @@ bool ReadIniKey(const QString &Section, const QString &Key, QString &Value, cons
         const Lookup found = lookup(lines, header, wantedKey);
         if (found.key >= 0) {
             Value = found.value;
-            if (why)
-                why->line = int(found.key + 1), why->found = Value;
+            if (why) {
+                why->line = int(found.key + 1);
+                why->found = Value;
+            }
             return true;
         }
         if (why)
