@@ -1,5 +1,6 @@
 #include "radionet/RecordingRadioNet.h"
 #include "radionet/SimulatedRadioNet.h"
+#include "radionet/gui/NetworkLogModel.h"
 #include "support/NetSupport.h"
 
 #include <QtTest>
@@ -125,7 +126,8 @@ private slots:
         QTEST(health(n.rec.log()), "health");
     }
 
-    // The ring keeps the newest entries; a follower takes those above its last number.
+    // The ring keeps the newest entries; a follower takes those above its last number,
+    // and the window's rows hold what the ring holds.
     void ring_data() {
         QTest::addColumn<int>("capacity");
         QTest::addColumn<int>("recorded");
@@ -133,7 +135,8 @@ private slots:
         QTest::addColumn<QList<quint64>>("numbers");
         QTest::newRow("room left") << 5 << 3 << 0 << QList<quint64>{1, 2, 3};
         QTest::newRow("full") << 3 << 5 << 0 << QList<quint64>{3, 4, 5};
-        QTest::newRow("follower") << 3 << 7 << 5 << QList<quint64>{6, 7};
+        QTest::newRow("follower") << 5 << 4 << 2 << QList<quint64>{3, 4};
+        QTest::newRow("follower, full") << 3 << 7 << 5 << QList<quint64>{6, 7};
         QTest::newRow("caught up") << 3 << 5 << 5 << QList<quint64>{};
     }
     void ring() {
@@ -141,13 +144,24 @@ private slots:
         QFETCH(int, recorded);
         QFETCH(int, after);
         NetworkLog log(capacity);
-        for (int i = 0; i < recorded; ++i)
-            log.call(NetworkLog::What::OpenPort, NetworkLog::NoSatellite, 1);
+        NetworkLogModel rows{std::size_t(capacity)}; // the window's, taking two batches
+        for (int i = 1; i <= recorded; ++i) {
+            log.call(NetworkLog::What::Detect, qint16(i));
+            if (i == after)
+                rows.take(log);
+        }
+        rows.take(log);
         QList<quint64> numbers;
         for (const NetworkLog::Entry &e : log.entries(quint64(after)))
             numbers << e.number;
         QTEST(numbers, "numbers");
         QCOMPARE(log.lastNumber(), quint64(recorded));
+        QStringList held, shown;
+        for (const NetworkLog::Entry &e : log.entries())
+            held << QString::number(e.satId);
+        for (int row = 0; row < rows.rowCount(); ++row)
+            shown << rows.index(row, NetworkLogModel::SatId).data().toString();
+        QCOMPARE(shown, held);
     }
 };
 
