@@ -42,6 +42,9 @@ public:
         satellite_->Configure();
     }
 
+    // Only the wrapper holds its satellite: the list has dropped it, nobody else has it.
+    bool orphan() const { return satellite_.use_count() == 1; }
+
     // Its configuration as the satellite last reported it.
     void configRead() {
         readInterface_ = satellite_->Interface();
@@ -95,8 +98,8 @@ RecordingRadioNet::RecordingRadioNet(RadioNetControl *network, QObject *parent)
             return emit ConfigReceived(satId);
         log_.event(What::ConfigReceived, satId);
         // The configuration read is the "old" side of a later Configure.
-        for (auto &[raw, weak] : wrappers_)
-            if (const auto wrapper = weak.lock(); wrapper && wrapper->SatId() == satId)
+        for (auto &[raw, wrapper] : wrappers_)
+            if (wrapper->SatId() == satId)
                 wrapper->configRead();
         emit ConfigReceived(satId);
     });
@@ -118,11 +121,13 @@ SatelliteList &RecordingRadioNet::Satellites() {
 SatellitePtr RecordingRadioNet::wrap(const SatellitePtr &satellite) {
     const auto it = wrappers_.find(satellite.get());
     if (it != wrappers_.end())
-        if (SatellitePtr wrapper = it->second.lock())
-            return wrapper;
-    // Forget the wrappers nobody holds any more before the map grows.
+        return it->second;
+    // Forget the wrappers of satellites gone from the list, and from every hand, before
+    // the map grows.
     if (wrappers_.size() > 64)
-        std::erase_if(wrappers_, [](const auto &entry) { return entry.second.expired(); });
+        std::erase_if(wrappers_, [](const auto &entry) {
+            return entry.second.use_count() == 1 && entry.second->orphan();
+        });
     auto wrapper = std::make_shared<RecordingSatellite>(satellite, log_);
     wrappers_[satellite.get()] = wrapper;
     return wrapper;

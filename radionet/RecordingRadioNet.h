@@ -12,7 +12,8 @@ class RecordingSatelliteList;
 // Any network, with a recorder at its seam: every call that reaches the network and
 // every event it raises goes into its NetworkLog, then on as it was. The network is
 // owned (reparented); its satellite objects are handed out wrapped, one wrapper per
-// object, so that a request made through any of them is recorded.
+// object for as long as the object lives, so that a request made through any of them
+// is recorded.
 class RecordingRadioNet : public RadioNetControl {
     Q_OBJECT
 
@@ -67,5 +68,7 @@ private:
     NetworkLog log_;
     bool recording_ = true;
     std::unique_ptr<RecordingSatelliteList> satellites_;
-    std::unordered_map<const Satellite *, std::weak_ptr<RecordingSatellite>> wrappers_;
+    // Kept while their satellite lives: a wrapper remembers what its satellite reported
+    // and is told, between the handlers that fetch it anew each time.
+    std::unordered_map<const Satellite *, std::shared_ptr<RecordingSatellite>> wrappers_;
 };
