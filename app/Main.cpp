@@ -18,6 +18,7 @@
 #include "radionet/RecordingRadioNet.h"
 #include "radionet/gui/LinkStatus.h"
 #include "radionet/gui/NetworkEvents.h"
+#include "radionet/gui/NetworkLogWindow.h"
 #include "radionet/gui/Pause.h"
 #include "radionet/gui/TestMode.h"
 #include "satellites/SatelliteCommands.h"
@@ -39,7 +40,8 @@ struct Main::Parts {
         , pause(g, *ui.Timer1)
         , link({ui.StatusPanel1, ui.StatusPanel2}, g, texts, RF1, pause)
         , settings(g)
-        , own({ui.NetworkLabel}, g, rf1.network())
+        , logMenu(&main, rf1.log(), guard)
+        , own({ui.NetworkLabel, ui.m_networkLog}, g, rf1.network(), logMenu)
         , general({ui.C_port, ui.C_timeout, ui.Text1, ui.Text2, ui.L_nbTPChiffre, ui.StatusPanel2},
                   g, texts, RF1)
         , view({ui.Text3, ui.C_Interface, ui.Check1, ui.l_index, ui.b_GetConfig, ui.b_Alive,
@@ -86,6 +88,7 @@ struct Main::Parts {
     Pause pause;
     LinkStatus link;
     Settings settings;
+    NetworkLogMenu logMenu;
     OwnCaptions own;
     GeneralFields general;
     SatelliteView view;
@@ -161,6 +164,7 @@ void Main::wire() {
     onTrigger(ui->m_French, &p.language, &Language::m_French_Click);
     onTrigger(ui->m_English, &p.language, &Language::m_English_Click);
     onTrigger(ui->m_apropos, &p.about, &About::m_apropos_Click);
+    onTrigger(ui->m_networkLog, &p.logMenu, &NetworkLogMenu::m_networkLog_Click);
 
     // General tab
     // The network label follows the port: after it is left, and after a file is opened.

@@ -1,5 +1,6 @@
 #include "app/MainForm.h"
 
+#include <QAction>
 #include <QComboBox>
 #include <QCompleter>
 #include <QLabel>
@@ -15,6 +16,12 @@ void MainForm::setupUi(QMainWindow *Main) {
         combo->setInsertPolicy(QComboBox::NoInsert);
         combo->completer()->setCaseSensitivity(Qt::CaseSensitive);
     }
+
+    // Ours, beyond the design: last in the Options menu, its caption from our own texts.
+    m_Options->addSeparator();
+    m_networkLog = new QAction(Main);
+    m_networkLog->setObjectName(QStringLiteral("m_networkLog"));
+    m_Options->addAction(m_networkLog);
 
     Timer1 = new QTimer(Main);
     Timer1->setObjectName(QStringLiteral("Timer1"));

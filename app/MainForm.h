@@ -2,6 +2,7 @@
 
 #include "ui_Main.h"
 
+class QAction;
 class QLabel;
 class QTimer;
 
@@ -13,6 +14,9 @@ struct MainForm : Ui::Main {
     QLabel *StatusPanel1 = nullptr; // the link state
     QLabel *StatusPanel2 = nullptr; // the last message
     QLabel *NetworkLabel = nullptr; // which network the window talks to
+
+    // Ours, last in the Options menu: opens the network log window.
+    QAction *m_networkLog = nullptr;
 
     void setupUi(QMainWindow *Main);
 };

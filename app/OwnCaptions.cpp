@@ -3,13 +3,16 @@
 #include "config/Globale.h"
 #include "radionet/SerialRadioNet.h"
 #include "radionet/SimulatedRadioNet.h"
+#include "radionet/gui/NetworkLogWindow.h"
 
+#include <QAction>
 #include <QLabel>
 
-OwnCaptions::OwnCaptions(Widgets w, const Globale &g, RadioNetControl &RF1)
+OwnCaptions::OwnCaptions(Widgets w, const Globale &g, RadioNetControl &RF1, NetworkLogMenu &logMenu)
     : w_(w)
     , g_(g)
-    , RF1_(RF1) {}
+    , RF1_(RF1)
+    , logMenu_(logMenu) {}
 
 OwnTexts::Language OwnCaptions::language() const {
     // The captions' language: a base of 0 shows the French texts.
@@ -18,6 +21,8 @@ OwnTexts::Language OwnCaptions::language() const {
 
 void OwnCaptions::apply() {
     const OwnTexts::Language lang = language();
+    w_.m_networkLog->setText(texts_(lang, "LogMenu"));
+    logMenu_.setLanguage(lang);
     if (auto *network = qobject_cast<NetworkBase *>(&RF1_))
         network->setTextLanguage(lang);
     if (qobject_cast<SerialRadioNet *>(&RF1_)) {

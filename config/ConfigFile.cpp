@@ -57,11 +57,31 @@ bool moveToBackup(const QString &fileName, const QString &backupName) {
 
 // A key that must be present with a non-empty value.
 std::optional<QString> requiredKey(const QString &section, const QString &key,
-                                   const QString &fileName) {
+                                   const QString &fileName, ConfigProblem *why) {
     QString value;
-    if (!ReadIniKey(section, key, value, fileName) || value.isEmpty())
+    if (!ReadIniKey(section, key, value, fileName, why))
         return std::nullopt;
+    if (value.isEmpty()) {
+        if (why)
+            why->kind = ConfigProblem::Kind::EmptyValue;
+        return std::nullopt;
+    }
     return value;
+}
+
+// A conversion of the value just read; an overflow is said with the range taken.
+template <typename Convert>
+auto inRange(Convert convert, qint64 low, qint64 high, ConfigProblem *why) {
+    try {
+        return convert();
+    } catch (const RuntimeError &) {
+        if (why) {
+            why->kind = ConfigProblem::Kind::NumberTooLarge;
+            why->low = low;
+            why->high = high;
+        }
+        throw;
+    }
 }
 
 // Cleared only when it holds something, as the control expects.
@@ -70,13 +90,20 @@ template <typename List> void emptyList(List &list) {
         list.Clear();
 }
 
-bool loadConfiguration(const QString &fileName, RadioNetControl &net) {
-    if (!QFileInfo(fileName).isFile())
+bool loadConfiguration(const QString &fileName, RadioNetControl &net, ConfigProblem *why) {
+    if (!QFileInfo(fileName).isFile()) {
+        if (why)
+            why->kind = QFileInfo::exists(fileName) ? ConfigProblem::Kind::NotAFile
+                                                    : ConfigProblem::Kind::FileMissing;
         return false;
+    }
     std::optional<QString> text;
     auto read = [&](const QString &section, const QString &key) {
-        text = requiredKey(section, key, fileName);
+        text = requiredKey(section, key, fileName, why);
         return text.has_value();
+    };
+    auto int16Of = [&](const QString &t) {
+        return inRange([&] { return textToInt16(t); }, -32768, 32767, why);
     };
 
     // Each value is applied before the next key is read: a later failure keeps it.
@@ -85,23 +112,24 @@ bool loadConfiguration(const QString &fileName, RadioNetControl &net) {
     net.setCommPort(*text);
     if (!read(General, QStringLiteral("BaudRate")))
         return false;
-    net.setBaudRate(numberText(leadingNumber(*text)));
+    net.setBaudRate(inRange([&] { return numberText(leadingNumber(*text)); }, 0, 0, why));
     if (!read(General, QStringLiteral("Enabled")))
         return false;
     net.setEnabled(*text == u"1");
     if (!read(General, QStringLiteral("Synchro")))
         return false;
-    net.setSynchro(toInt32(leadingNumber(*text)));
+    net.setSynchro(
+        inRange([&] { return toInt32(leadingNumber(*text)); }, -2147483648LL, 2147483647LL, why));
     if (!read(General, QStringLiteral("TimeOut")))
         return false;
-    net.setTimeOut(textToInt16(*text));
+    net.setTimeOut(int16Of(*text));
     // The timer takes the time-out again; the file's "Timer" is never read.
     if (!read(General, QStringLiteral("TimeOut")))
         return false;
-    net.setTimer(textToInt16(*text));
+    net.setTimer(int16Of(*text));
     if (!read(General, QStringLiteral("mode")))
         return false;
-    net.setMode(textToInt16(*text));
+    net.setMode(int16Of(*text));
 
     // The notification values go to the control only; the program's own copies
     // stay as they are and are what the next save writes.
@@ -110,18 +138,18 @@ bool loadConfiguration(const QString &fileName, RadioNetControl &net) {
     bool sendToPc = *text == u"1";
     if (!read(General, QStringLiteral("TimeNotify")))
         return false;
-    qint16 timeNotify = textToInt16(*text);
+    qint16 timeNotify = int16Of(*text);
     if (!read(General, QStringLiteral("TimeGoingOn")))
         return false;
-    qint16 timeGoingOn = textToInt16(*text);
+    qint16 timeGoingOn = int16Of(*text);
     net.SetNotification(sendToPc, timeNotify, timeGoingOn);
 
     if (!read(Devices, QStringLiteral("FirstDevice")))
         return false;
-    const qint16 firstDevice = textToInt16(*text);
+    const qint16 firstDevice = int16Of(*text);
     if (!read(Devices, QStringLiteral("LastDevice")))
         return false;
-    const qint16 lastDevice = textToInt16(*text);
+    const qint16 lastDevice = int16Of(*text);
     TerminalList &devices = net.Devices();
     emptyList(devices);
     for (int n = firstDevice; n <= lastDevice; ++n)
@@ -133,13 +161,13 @@ bool loadConfiguration(const QString &fileName, RadioNetControl &net) {
         const QString section = satelliteSection(position);
         if (!read(section, QStringLiteral("SatId")))
             return false;
-        const qint16 satId = textToInt16(*text);
+        const qint16 satId = int16Of(*text);
         if (!read(section, QStringLiteral("Interface")))
             return false;
-        const qint16 interfaceCode = textToInt16(*text);
+        const qint16 interfaceCode = int16Of(*text);
         if (!read(section, QStringLiteral("Enabled")))
             return false;
-        const qint16 enabled = textToInt16(*text);
+        const qint16 enabled = int16Of(*text);
         if (satId == UnusedSatId)
             continue;
         satellites.Add(satId);
@@ -211,11 +239,21 @@ bool WriteConfigFile(const QString &FileName, RadioNetControl &RF1, const Global
     }
 }
 
-bool ReadConfigFile(const QString &FileName, RadioNetControl &NetControl) {
+bool ReadConfigFile(const QString &FileName, RadioNetControl &NetControl, ConfigProblem *why) {
+    if (why)
+        *why = ConfigProblem();
     try {
-        if (loadConfiguration(FileName, NetControl))
+        if (loadConfiguration(FileName, NetControl, why))
             return true;
+    } catch (const std::exception &error) {
+        // Anything but a number out of range is the control's own failure.
+        if (why && why->kind == ConfigProblem::Kind::None) {
+            why->kind = ConfigProblem::Kind::ControlFailed;
+            why->found = QString::fromLocal8Bit(error.what());
+        }
     } catch (...) {
+        if (why && why->kind == ConfigProblem::Kind::None)
+            why->kind = ConfigProblem::Kind::ControlFailed;
     }
     // Satellites first, then terminals; a failing call on one list does not keep
     // the other from being emptied.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "config/IniFile.h"
+
 #include <QString>
 
 class RadioNetControl;
@@ -22,5 +24,7 @@ bool WriteConfigFile(const QString &FileName, RadioNetControl &RF1, const Global
 // terminals of the range and the satellites. "Timer" is not read: the timer takes
 // the time-out's value. Every key of the sixteen satellite sections must be there.
 // On any failure both lists of NetControl are emptied (parameters already applied
-// stay) and the result is false. Never throws.
-bool ReadConfigFile(const QString &FileName, RadioNetControl &NetControl);
+// stay) and the result is false. Never throws. With why, a failure says why: the
+// key or section at fault and its line, an empty value, a number out of range.
+bool ReadConfigFile(const QString &FileName, RadioNetControl &NetControl,
+                    ConfigProblem *why = nullptr);

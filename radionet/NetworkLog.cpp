@@ -1,6 +1,7 @@
 #include "radionet/NetworkLog.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -66,12 +67,16 @@ void NetworkLog::call(What what, qint16 satId, qint32 a, qint32 b, qint32 c, qin
                 .d = d,
                 .text = {}};
     const int slot = pendingSlot(what);
-    if (slot >= 0 && satId != NoSatellite) {
+    if (what == What::Detect && satId == AnySatellite) {
+        // Nobody to count it against until a satellite answers.
+        if (anyDetectNs_ < 0 || entry.timeNs - anyDetectNs_ > missAfterNs_)
+            anyDetectNs_ = entry.timeNs;
+    } else if (slot >= 0 && satId != NoSatellite) {
         Tracking &t = track(satId);
         qint64 &pending = t.pendingNs[slot];
         // Asked again while the answer is still awaited: the same exchange, unless
         // it waited so long that it is given up as missed.
-        if (pending >= 0 && entry.timeNs - pending > MissAfterNs) {
+        if (pending >= 0 && entry.timeNs - pending > missAfterNs_) {
             ++t.health.missed;
             pending = -1;
         }
@@ -94,8 +99,12 @@ void NetworkLog::event(What what, qint16 satId, qint32 a, const QString &text) {
     const int slot = pendingSlot(what);
     if (slot >= 0) {
         Tracking &t = track(satId);
-        // A broadcast Detect is answered under the answering satellite's own id.
         qint64 &pending = t.pendingNs[slot];
+        // A Detect to any satellite is answered under the answering satellite's own id.
+        if (slot == 0 && pending < 0 && anyDetectNs_ >= 0) {
+            pending = std::exchange(anyDetectNs_, -1);
+            ++t.health.requests;
+        }
         if (pending >= 0) {
             entry.latencyNs = entry.timeNs - pending;
             pending = -1;
@@ -129,7 +138,7 @@ std::vector<NetworkLog::Health> NetworkLog::health() const {
     for (const Tracking &t : satellites_) {
         Health h = t.health;
         for (const qint64 pending : t.pendingNs)
-            if (pending >= 0 && now - pending > MissAfterNs)
+            if (pending >= 0 && now - pending > missAfterNs_)
                 ++h.missed;
         if (!t.recent.empty()) {
             std::vector<qint64> sorted = t.recent;
@@ -148,6 +157,7 @@ void NetworkLog::clear() {
     ring_.clear();
     head_ = 0;
     satellites_.clear();
+    anyDetectNs_ = -1;
 }
 
 QString NetworkLog::whatName(What what) {
@@ -173,7 +183,8 @@ QString NetworkLog::describe(const Entry &e) {
             .arg(e.c)
             .arg(e.d);
     case What::NetError:
-        return QStringLiteral("%1 (n.%2)").arg(e.text).arg(e.a);
+        // In one pass: a description may hold "%1" of its own.
+        return QStringLiteral("%1 (n.%2)").arg(e.text, QString::number(e.a));
     case What::SatelliteAnswered:
         return e.text;
     default:

@@ -49,8 +49,10 @@ public:
     };
 
     static constexpr qint16 NoSatellite = -32768;
+    // A Detect sent to this Sat ID is answered by any satellite, under its own id.
+    static constexpr qint16 AnySatellite = 2047;
     static constexpr int DefaultCapacity = 20000;
-    // A request not answered within this time is counted as missed.
+    // A request not answered within this time is counted as missed (by default).
     static constexpr qint64 MissAfterNs = 2'000'000'000;
 
     explicit NetworkLog(int capacity = DefaultCapacity);
@@ -68,6 +70,7 @@ public:
     std::vector<Entry> entries(quint64 after = 0) const;
     quint64 lastNumber() const { return next_ - 1; }
     int capacity() const { return capacity_; }
+    void setMissAfterNs(qint64 ns) { missAfterNs_ = ns; }
     qint64 nowNs() const { return clock_.nsecsElapsed(); }
     // Per satellite, by Sat ID.
     std::vector<Health> health() const;
@@ -86,6 +89,7 @@ private:
     void push(Entry entry);
 
     int capacity_;
+    qint64 missAfterNs_ = MissAfterNs;
     std::vector<Entry> ring_;
     std::size_t head_ = 0; // where the next entry goes once the ring is full
     quint64 next_ = 1;
@@ -97,4 +101,5 @@ private:
         std::size_t recentAt = 0;
     };
     QHash<qint16, Tracking> satellites_;
+    qint64 anyDetectNs_ = -1; // a Detect to any satellite, still unanswered
 };

@@ -26,3 +26,4 @@ shoot FR 0 main-fr.png
 shoot US 1 satellites-en.png
 shoot FR 1 satellites-fr.png
 shoot US test test-en.png
+shoot US log network-log-en.png
