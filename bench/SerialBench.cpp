@@ -26,8 +26,11 @@ constexpr double BitsPerByte = 10; // 8N1: a start and a stop bit around each by
 constexpr int SurveySatellites = 16;
 constexpr int ExchangesPerSatellite = 3; // Detect, RequestConfig, RequestStatus
 constexpr int LiveSatellites = 15;
-constexpr double SurveyBudget = 1.25;    // wall time / wire time
-constexpr double LineShareBudget = 0.80; // answers a second / the line's maximum
+constexpr double SurveyBudget = 1.25; // wall time / wire time
+// Answers a second / the line's maximum. The emulator waits in whole milliseconds (a
+// request is taken 3 ms after it came, its answer leaves 4 ms later, for 6.25 ms of
+// line time), so it lets through at most some 85 % of the line.
+constexpr double LineShareBudget = 0.75;
 constexpr double InputBudgetMs = 100;
 constexpr int AnswersPerProbe = 10; // the line carries some 150 answers a second
 constexpr int ExchangeTimeoutMs = 2000;
