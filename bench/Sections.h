@@ -15,6 +15,8 @@ struct BenchOptions {
     int fileRepetitions = 9; // Google Benchmark repetitions per file figure
     int liveWindows = 7;     // measuring windows of the live test
     int liveWindowMs = 2000;
+    int recorderPairs = 24; // windows with the recorder on and off, in pairs
+    int recorderWindowMs = 500;
     int serialRuns = 7; // surveys over the line
     int cliRuns = 21;   // runs of norvale-cli and of `true` each
 };

@@ -42,6 +42,8 @@ int main(int argc, char *argv[]) {
             options.fileRepetitions = 3;
             options.liveWindows = 3;
             options.liveWindowMs = 1000;
+            options.recorderPairs = 8;
+            options.recorderWindowMs = 250;
             options.serialRuns = 3;
             options.cliRuns = 7;
         } else if (arg == QLatin1String("--only") && i + 1 < argc) {
