@@ -29,8 +29,9 @@ constexpr int LiveSatellites = 15;
 constexpr double SurveyBudget = 1.25; // wall time / wire time
 // Answers a second / the line's maximum. The emulator waits in whole milliseconds (a
 // request is taken 3 ms after it came, its answer leaves 4 ms later, for 6.25 ms of
-// line time), so it lets through at most some 85 % of the line.
-constexpr double LineShareBudget = 0.75;
+// line time), so it lets through at most some 85 % of the line, and the two processes
+// handing the line to each other on a shared machine take 70 to 80 %.
+constexpr double LineShareBudget = 0.65;
 constexpr double InputBudgetMs = 100;
 constexpr int AnswersPerProbe = 10; // the line carries some 150 answers a second
 constexpr int ExchangeTimeoutMs = 2000;
