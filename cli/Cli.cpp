@@ -2,16 +2,16 @@
 
 #include <QtGlobal>
 
-int runCommandLine(const QStringList &arguments) {
+int runCommandLine(const QStringList &arguments, const PdfModule *pdf) {
     const OwnTexts::Language language = languageOf(arguments, qEnvironmentVariable("LANG"));
     Console console(language);
     QString error;
-    const std::optional<Invocation> inv =
-        parseArguments(arguments, language, console.words(), error);
+    std::optional<Invocation> inv = parseArguments(arguments, language, console.words(), error);
     if (!inv) {
         console.err(QStringLiteral("norvale-cli: ") + error);
         return BadUsage;
     }
+    inv->pdf = pdf;
     using Command = Invocation::Command;
     switch (inv->command) {
     case Command::Help:

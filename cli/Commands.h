@@ -10,7 +10,7 @@ enum ExitCode { Success = 0, Different = 1, BadUsage = 2, LinkFailed = 3 };
 
 // The whole program but the choice of application object: the arguments after the
 // program name in, the exit code out.
-int runCommandLine(const QStringList &arguments);
+int runCommandLine(const QStringList &arguments, const PdfModule *pdf);
 
 // The commands on files: the reader's own rules, nothing sent anywhere.
 int runCheck(const Invocation &inv, Console &console);

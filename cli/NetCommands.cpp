@@ -126,7 +126,7 @@ int finish(const Invocation &inv, Console &console, NetSession &session,
         report.port = session.net().CommPort();
         report.baudRate = session.net().BaudRate();
         QString error;
-        if (!writeReport(report, inv.report, inv.language, error)) {
+        if (!writeReport(report, inv.report, inv.language, error, inv.pdf)) {
             console.err(console("CliReportFailed", inv.report, error));
             return Different;
         }

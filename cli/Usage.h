@@ -7,6 +7,7 @@
 #include <QStringList>
 #include <optional>
 
+class PdfModule;
 class Wording;
 
 // What one run of norvale-cli is asked to do, its arguments checked.
@@ -23,6 +24,7 @@ struct Invocation {
     int rounds = 0;
     QString report;
     LinkOptions link;
+    const PdfModule *pdf = nullptr; // loaded when a PDF report is asked for
 };
 
 // The language of messages: --lang when it is there and good, else LANG's (French

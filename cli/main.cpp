@@ -2,28 +2,30 @@
 
 #include "cli/Commands.h"
 #include "cli/Usage.h"
+#include "commissioning/PdfModule.h"
 
 #include <QCoreApplication>
-#include <QGuiApplication>
+#include <QFileInfo>
 #include <cstdio>
 #include <exception>
 #include <memory>
 
 int main(int argc, char *argv[]) {
-    // A PDF report is painted with QtGui, which needs a platform: the offscreen one,
-    // unless one is set. Everything else starts without it, so that check is quick.
+    // A PDF report is painted by the module beside the program, which brings the
+    // graphics libraries and their application object; everything else starts
+    // without them, so that check is quick.
+    PdfModule pdf(
+        QFileInfo(QFileInfo(QStringLiteral("/proc/self/exe")).canonicalFilePath()).path());
     std::unique_ptr<QCoreApplication> app;
-    if (asksForPdf(argc, argv)) {
-        if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-            qputenv("QT_QPA_PLATFORM", "offscreen");
-        app = std::make_unique<QGuiApplication>(argc, argv);
-    } else {
+    QString error;
+    if (asksForPdf(argc, argv) && pdf.load(error))
+        app.reset(pdf.makeApplication(argc, argv));
+    else
         app = std::make_unique<QCoreApplication>(argc, argv);
-    }
     try {
-        return runCommandLine(QCoreApplication::arguments().mid(1));
-    } catch (const std::exception &error) {
-        std::fprintf(stderr, "norvale-cli: %s\n", error.what());
+        return runCommandLine(QCoreApplication::arguments().mid(1), &pdf);
+    } catch (const std::exception &failure) {
+        std::fprintf(stderr, "norvale-cli: %s\n", failure.what());
         return 1;
     }
 }

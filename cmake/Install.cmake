@@ -5,6 +5,7 @@
 #
 #   <program folder>/norvale-setup                 the program
 #   <program folder>/norvale-cli, norvale-netsim   the other programs, once they are targets
+#   <program folder>/norvale-pdf.so                what norvale-cli paints PDF reports with
 #   <program folder>/Registry.reg                  written by the install, read beside the program
 #   <program folder>/Setup.ini                     written there by the program itself
 #   <prefix>/bin/norvale-setup, ...                a relative link to each program
@@ -60,10 +61,16 @@ foreach(program norvale-cli norvale-netsim)
         list(APPEND norvale_program_files "$<TARGET_FILE:${program}>")
     endif()
 endforeach()
+# Beside them, without a link: the module norvale-cli loads to paint PDF reports.
+set(norvale_module_files "")
+if(TARGET norvale-pdf)
+    set(norvale_module_files "$<TARGET_FILE:norvale-pdf>")
+endif()
 
 # The program folder is known only when installing, so the programs, their links,
 # the registry file and the desktop entry are installed by scripts.
 install(CODE "set(norvale_program_files \"${norvale_program_files}\")")
+install(CODE "set(norvale_module_files \"${norvale_module_files}\")")
 configure_file(${CMAKE_CURRENT_LIST_DIR}/InstallProgram.cmake.in
                ${CMAKE_CURRENT_BINARY_DIR}/install/InstallProgram.cmake @ONLY)
 install(SCRIPT ${CMAKE_CURRENT_BINARY_DIR}/install/InstallProgram.cmake)

@@ -48,6 +48,8 @@ std::vector<int> LiveTest::run(const std::vector<FileSatellite> &satellites, int
                                                           : Row::State::Differs;
         report.rows.push_back(row);
     }
+    // The run is over: an answer still awaited will not come.
+    session_.net().log().setMissAfterNs(0);
     report.health = session_.net().log().health();
     return answered;
 }

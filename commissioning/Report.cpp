@@ -4,7 +4,6 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QGuiApplication>
 #include <QSaveFile>
 #include <algorithm>
 
@@ -41,7 +40,7 @@ QString ReportFormats::title(const CommissioningReport &report, const OwnTexts &
 }
 
 bool writeReport(const CommissioningReport &report, const QString &fileName,
-                 OwnTexts::Language language, QString &error) {
+                 OwnTexts::Language language, QString &error, const PdfModule *pdf) {
     const OwnTexts texts;
     const QString shownName = QDir::toNativeSeparators(fileName);
     const QString suffix = QFileInfo(fileName).suffix().toLower();
@@ -49,8 +48,7 @@ bool writeReport(const CommissioningReport &report, const QString &fileName,
         error = texts(language, "ReportUnknownKind", shownName);
         return false;
     }
-    // Fonts and painting need the graphics half of Qt; without it drawing would abort.
-    if (suffix == "pdf" && !qobject_cast<QGuiApplication *>(QCoreApplication::instance())) {
+    if (suffix == "pdf" && !(pdf && pdf->loaded())) {
         error = texts(language, "ReportNoGraphics");
         return false;
     }
@@ -64,7 +62,7 @@ bool writeReport(const CommissioningReport &report, const QString &fileName,
     }
     bool written = true;
     if (suffix == "pdf")
-        written = ReportFormats::pdf(report, language, file);
+        written = pdf->paint(ReportFormats::pdf(report, language), file);
     else if (suffix == "json")
         file.write(ReportFormats::json(report));
     else

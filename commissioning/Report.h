@@ -49,5 +49,7 @@ QString stateName(CommissioningReport::Row::State state);
 // words in the language given (JSON keys stay English), through a temporary file
 // renamed into place, so that a failed write leaves no half report and never
 // replaces an existing one with less. False with a reason in error.
+// A PDF is painted by the module given, loaded.
+class PdfModule;
 bool writeReport(const CommissioningReport &report, const QString &fileName,
-                 OwnTexts::Language language, QString &error);
+                 OwnTexts::Language language, QString &error, const PdfModule *pdf = nullptr);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "commissioning/PdfModule.h"
 #include "commissioning/Report.h"
 
 class QIODevice;
@@ -19,7 +20,7 @@ QString title(const CommissioningReport &report, const OwnTexts &texts,
 QString html(const CommissioningReport &report, OwnTexts::Language language);
 // Schema "norvale-report/1".
 QByteArray json(const CommissioningReport &report);
-// A4 pages with a footer; false when the device cannot be painted on.
-bool pdf(const CommissioningReport &report, OwnTexts::Language language, QIODevice &out);
+// The same page, with what the PDF's footers say.
+PdfPage pdf(const CommissioningReport &report, OwnTexts::Language language);
 
 } // namespace ReportFormats

@@ -61,6 +61,8 @@ void Survey::run(const std::vector<FileSatellite> &satellites, CommissioningRepo
                 report.notes << words_("CliSurveyRenamed", answer->satId, missing.front()->satId);
         }
     }
+    // The run is over: an answer still awaited will not come.
+    session_.net().log().setMissAfterNs(0);
     report.health = session_.net().log().health();
 }
 

@@ -1,3 +1,4 @@
+#include "commissioning/PdfModule.h"
 #include "commissioning/Report.h"
 #include "support/TestSupport.h"
 
@@ -37,12 +38,24 @@ CommissioningReport everyState(int more = 0) {
     return r;
 }
 
+// The painter of PDF reports, loaded as the command line loads it.
+struct LoadedPdfModule : PdfModule {
+    LoadedPdfModule()
+        : PdfModule(QStringLiteral(NORVALE_PDF_MODULE_DIR)) {
+        QString error;
+        if (!load(error))
+            qFatal("%s", qPrintable(error));
+    }
+};
+
 // The report as written in a scratch folder; empty when it was not.
 QByteArray written(const QString &name, OwnTexts::Language language, int more = 0) {
     ProgramFolder folder;
     QString error;
-    return writeReport(everyState(more), folder.file(name), language, error) ? folder.read(name)
-                                                                             : QByteArray();
+    const LoadedPdfModule pdf;
+    return writeReport(everyState(more), folder.file(name), language, error, &pdf)
+               ? folder.read(name)
+               : QByteArray();
 }
 
 } // namespace
@@ -151,7 +164,9 @@ private slots:
         if (name.endsWith(".html"))
             QFile::setPermissions(folder.path(), QFile::ReadOwner | QFile::ExeOwner);
         QString error;
-        const bool done = writeReport(everyState(), folder.file(name), OwnTexts::English, error);
+        const LoadedPdfModule pdf;
+        const bool done =
+            writeReport(everyState(), folder.file(name), OwnTexts::English, error, &pdf);
         QFile::setPermissions(folder.path(),
                               QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         setrlimit(RLIMIT_FSIZE, &limit);

@@ -3,11 +3,13 @@
 // missing. tools/report-sample.sh makes docs/report-page1.png from it.
 //   norvale-report-sample [--french] [--more N] REPORT.pdf|.html|.json...
 // --more adds N satellites that only answered, to see a table run over pages.
+#include "commissioning/PdfModule.h"
 #include "commissioning/Report.h"
 
 #include <QCommandLineParser>
-#include <QGuiApplication>
+#include <QCoreApplication>
 #include <cstdio>
+#include <memory>
 
 namespace {
 
@@ -66,14 +68,20 @@ CommissioningReport demoSurvey(const OwnTexts &texts, OwnTexts::Language languag
 } // namespace
 
 int main(int argc, char *argv[]) {
-    QGuiApplication app(argc, argv);
+    PdfModule pdf(QStringLiteral(NORVALE_PDF_MODULE_DIR));
+    QString error;
+    if (!pdf.load(error)) {
+        std::fprintf(stderr, "%s\n", qPrintable(error));
+        return 1;
+    }
+    const std::unique_ptr<QCoreApplication> app(pdf.makeApplication(argc, argv));
     QCommandLineParser parser;
     parser.addOption({QStringLiteral("french"), QStringLiteral("French words.")});
     parser.addOption({QStringLiteral("more"), QStringLiteral("N satellites more."),
                       QStringLiteral("N"), QStringLiteral("0")});
     parser.addPositionalArgument(QStringLiteral("report"), QStringLiteral(".pdf, .html or .json"));
     parser.addHelpOption();
-    parser.process(app);
+    parser.process(*app);
     const OwnTexts texts;
     const auto language =
         parser.isSet(QStringLiteral("french")) ? OwnTexts::French : OwnTexts::English;
@@ -81,8 +89,7 @@ int main(int argc, char *argv[]) {
         demoSurvey(texts, language, parser.value(QStringLiteral("more")).toInt());
     int status = 0;
     for (const QString &file : parser.positionalArguments()) {
-        QString error;
-        if (!writeReport(report, file, language, error)) {
+        if (!writeReport(report, file, language, error, &pdf)) {
             std::fprintf(stderr, "%s\n", qPrintable(error));
             status = 1;
         }
