@@ -5,9 +5,11 @@ using What = NetworkLog::What;
 // A satellite object of the network, whose requests are recorded on their way.
 class RecordingSatellite : public Satellite {
 public:
-    RecordingSatellite(SatellitePtr satellite, NetworkLog &log)
+    // recording: the network's switch, read at every request.
+    RecordingSatellite(SatellitePtr satellite, NetworkLog &log, const bool &recording)
         : satellite_(std::move(satellite))
-        , log_(log) {}
+        , log_(log)
+        , recording_(recording) {}
 
     qint16 SatId() const override { return satellite_->SatId(); }
     void setSatId(qint16 satId) override { satellite_->setSatId(satId); }
@@ -25,20 +27,25 @@ public:
     }
 
     void Detect() override {
-        log_.call(What::Detect, SatId());
+        if (recording_)
+            log_.call(What::Detect, SatId());
         satellite_->Detect();
     }
     void RequestConfig() override {
-        log_.call(What::RequestConfig, SatId());
+        if (recording_)
+            log_.call(What::RequestConfig, SatId());
         satellite_->RequestConfig();
     }
     void RequestStatus() override {
-        log_.call(What::RequestStatus, SatId());
+        if (recording_)
+            log_.call(What::RequestStatus, SatId());
         satellite_->RequestStatus();
     }
     void Configure() override {
         // Old: what the satellite said of itself last; new: what is sent now.
-        log_.configure(SatId(), newSatId_, readInterface_, Interface(), readEnabled_, Enabled());
+        if (recording_)
+            log_.configure(SatId(), newSatId_, readInterface_, Interface(), readEnabled_,
+                           Enabled());
         satellite_->Configure();
     }
 
@@ -54,6 +61,7 @@ public:
 private:
     SatellitePtr satellite_;
     NetworkLog &log_;
+    const bool &recording_;
     qint16 newSatId_ = 0;
     qint16 readInterface_ = 0;
     qint32 readEnabled_ = 0;
@@ -132,7 +140,8 @@ RecordingRadioNet::wrapped(const SatellitePtr &satellite) {
         byPosition_.clear();
     }
     return *wrappers_
-                .emplace(satellite.get(), std::make_shared<RecordingSatellite>(satellite, log_))
+                .emplace(satellite.get(),
+                         std::make_shared<RecordingSatellite>(satellite, log_, recording_))
                 .first;
 }
 

@@ -40,6 +40,17 @@ private slots:
                  "Sat ID 3 -> 7, RS-232 -> RS-485, enabled 1 -> 0");
     }
 
+    // Switched off, nothing is recorded, also through a satellite fetched before.
+    void off() {
+        const SatellitePtr fetched = rec_->Satellites().Item(1);
+        const quint64 before = rec_->log().lastNumber();
+        rec_->setRecording(false);
+        fetched->RequestStatus();
+        QVERIFY(net_support::settle(*sim_));
+        QCOMPARE(rec_->log().lastNumber(), before);
+        QCOMPARE(sim_->callLog().last(), "RequestStatus 3"); // and the call went on
+    }
+
     // Another satellite at a position: fetched as itself. The one gone is forgotten
     // once it is held by no one and the wrappers grow past their bound.
     void replaced_data() {
