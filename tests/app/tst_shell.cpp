@@ -1,0 +1,371 @@
+#include "app/RepaintPacer.h"
+#include "support/MainHarness.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDir>
+#include <QTabWidget>
+#include <QTableWidget>
+
+namespace {
+
+// Every caption the language table drives, as (objectName, French, English).
+const char *const Captions[][3] = {
+    {"mFichier", "&Fichier", "&File"},
+    {"mOuvrir", "&Ouvrir", "&Open"},
+    {"m_enregistrer", "&Enregistrer", "&Save"},
+    {"m_enregistersous", "En&registrer sous", "S&ave as"},
+    {"mQuitter", "&Quitter", "&Exit"},
+    {"m_French", "Français", "French"},
+    {"m_English", "English", "English"},
+    {"m_aide", "&Aide", "Help"},
+    {"m_apropos", "A propos de Norvale Setup", "About"},
+    {"F_port", "Paramètres de  communication", "Communication parameters"},
+    {"F_terminaux", "Terminaux Portables", "Portable terminal"},
+    {"L_firsTP", "Du terminal numéro :", "From terminal number :"},
+    {"L_lastTP", "au terminal numéro :", "to terminal number :"},
+    {"L_nbTP", "Nombre de terminaux déclarés :", "Number of terminal available:"},
+    {"Label5", "Index :", "Index :"},
+    {"L_satID", "Norvale  :", "Norvale  :"},
+    {"Label1", "Interface :", "Interface :"},
+    {"Check1", "Norvale Actif", "Norvale Active "},
+    {"b_ClearAll", "Supprimer Tous les Norvales", "Remove all Norvale"},
+    {"b_Insert", "Insérer un Norvale", "Insert Norvale"},
+    {"b_Supp", "Supprimer un Norvale", "Remove Norvale"},
+    {"b_GetConfig", "Afficher la configuration", "Show configuration"},
+    {"b_Config", "Configurer un Norvale", "Configure Norvale"},
+    {"b_Alive", "Détecter un Norvale", "Detect Norvale"},
+    {"b_Debut_test", "Début Test", "Start Test"},
+    {"b_Fin_Test", "Fin Test", "End Test"},
+};
+
+// The captions and the three tabs' texts as shown, and as they read in one language;
+// then which of the language items is ticked.
+QStringList captions(MainHarness &h) {
+    QStringList texts;
+    for (const auto &caption : Captions)
+        texts << h.shown({caption[0]});
+    const auto *tabs = h.w<QTabWidget>("Onglet1");
+    return texts << tabs->tabText(0) << tabs->tabText(1) << tabs->tabText(2);
+}
+QStringList captions(bool french) {
+    QStringList texts;
+    for (const auto &caption : Captions)
+        texts << QString::fromUtf8(caption[french ? 1 : 2]);
+    return texts << (french ? "Général" : "General") << "Norvale(s)"
+                 << (french ? "Visualisation" : "Norvale Network");
+}
+class Canvas : public QWidget {
+public:
+    int paints = 0;
+
+protected:
+    void paintEvent(QPaintEvent *) override { ++paints; }
+};
+
+} // namespace
+
+namespace {
+
+// Names of configuration files of the program folder, without their ".nvl", to
+// full paths; "" stays "".
+QStringList inFolder(const ProgramFolder &folder, const QStringList &names) {
+    QStringList paths;
+    for (const QString &name : names)
+        paths << (name.isEmpty() ? name : folder.file(name + QStringLiteral(".nvl")));
+    return paths;
+}
+
+} // namespace
+
+class tst_Shell : public QObject {
+    Q_OBJECT
+private slots:
+    void firstStartOnAFreshFolder() {
+        MainHarness h;
+        // The settings are created exactly as the platform's profile writer would.
+        QCOMPARE(h.folder().read("Setup.ini"), referenceFile("Setup.ini"));
+        // "0" is no terminal number: the first box empties itself, and the range checks
+        // of the language step leave the count in error until a range is typed. The test
+        // grid's headers are read before the language is applied: French.
+        QCOMPARE(
+            h.state({"log",         "Onglet1#",      "StatusPanel1",   "StatusPanel2", "Text3",
+                     "C_Interface", "Check1#",       "l_index",        "C_port",       "C_timeout",
+                     "Text1",       "L_nbTPChiffre", "m_enregistrer?", "Timer1#",      "Timer2#",
+                     "recent",      "mtiret3!",      "m_French#",      "m_English#",   "MFG2:0"}),
+            "GetNotification,SetNotification true 1 10,Satellites.Add 0 | 0 | Com port "
+            "inactive | Ready | 0 | RS-232 | 2 | 1/1 | COM1 | 100 |  | Error | off | false | "
+            "false | ,,, | hidden | false | true | ID Sat,Statut,Données");
+        QCOMPARE(h.main().windowTitle(), "NORVALE Setup");
+        QCOMPARE(h.w<QComboBox>("C_port")->count() + h.w<QComboBox>("C_timeout")->count(), 12);
+        QCOMPARE(captions(h), captions(false));
+        QStringList labels;
+        for (int row = 0; row < 6; ++row)
+            labels << h.w<QTableWidget>("MFG1")->item(row, 0)->text();
+        QCOMPARE(labels.join(u','), "ID Sat,Interface,Enabled,RF Version,Rx Free,Tx Free");
+        QCOMPARE(h.w<QTableWidget>("MFG2")->rowCount(), 16);
+    }
+
+    // "Setup.ini" as found, whether the captions are French, the language ticked, and
+    // the file as rewritten.
+    void settingsAreReadAtStartUp_data() {
+        QTest::addColumn<QByteArray>("setupIni");
+        QTest::addColumn<bool>("french");
+        QTest::addColumn<QString>("ticked");
+        QTest::addColumn<QByteArray>("rewritten");
+        const QByteArray fresh = referenceFile("Setup.ini");
+        // Each start puts an empty name in front, even before an empty name.
+        QTest::newRow("hole kept") << settingsFile("US", {"", "a", "b", ""}) << false
+                                   << "false | true" << settingsFile("US", {"", "", "a", "b"});
+        // An unknown language keeps the designed French captions, English ticked.
+        QTest::newRow("unknown language")
+            << settingsFile("DE") << true << "false | true" << settingsFile("DE");
+        // A version that differs by case: the file counts as missing and is rewritten.
+        QTest::newRow("version case")
+            << settingsFile("FR", {"/a.nvl"}, "Talmor Norvale Configuration File") << false
+            << "false | true" << fresh;
+        QTest::newRow("no language key")
+            << QByteArray("[General]\r\nVersion=TALMOR NORVALE CONFIGURATION FILE\r\n") << false
+            << "false | true" << fresh;
+        QTest::newRow("LF line ends")
+            << QByteArray("[General]\nVersion=TALMOR NORVALE CONFIGURATION FILE\nLanguage=FR\n")
+            << true << "true | false" << settingsFile("FR");
+    }
+    void settingsAreReadAtStartUp() {
+        QFETCH(QByteArray, setupIni);
+        QFETCH(bool, french);
+        QFETCH(QByteArray, rewritten);
+        ProgramFolder folder;
+        folder.write("Setup.ini", setupIni);
+        MainHarness h({}, {}, &folder);
+        QCOMPARE(captions(h), captions(french));
+        QTEST(h.state({"m_French#", "m_English#"}), "ticked");
+        QCOMPARE(h.panel2(), french ? "Prêt" : "Ready");
+        QCOMPARE(folder.read("Setup.ini"), rewritten);
+        QCOMPARE(h.state({"recent", "mtiret3!"}),
+                 recentSettings(folder).join(u',') +
+                     (recentSettings(folder).join("").isEmpty() ? " | hidden" : " | shown"));
+    }
+
+    // A program folder that cannot hold Setup.ini: the window still comes up. The
+    // error is told before the language is applied, so in French, then replaced.
+    void unwritableSettingsStillStart() {
+        ProgramFolder folder;
+        const auto permissions = QFile::permissions(folder.path());
+        QFile::setPermissions(folder.path(), QFile::ReadOwner | QFile::ExeOwner);
+        MainHarness h({}, {}, &folder);
+        QFile::setPermissions(folder.path(), permissions);
+        QCOMPARE(h.panel2History().value(0), "Erreur Ecriture setup.ini");
+        QCOMPARE(h.panel2(), "Ready");
+        QCOMPARE(h.net().Satellites().Count(), 1);
+        QVERIFY(!QFile::exists(folder.file("Setup.ini")));
+    }
+
+    void languageSwitch() {
+        MainHarness h;
+        // The switch commits the general fields first.
+        h.w<QComboBox>("C_port")->setCurrentText(QStringLiteral("COM3"));
+        h.w<QComboBox>("C_timeout")->setCurrentText(QStringLiteral("20 s"));
+        h.act("m_French");
+        QCOMPARE(h.net().CommPort(), "COM3");
+        QCOMPARE(h.net().TimeOut(), qint16(20));
+        QCOMPARE(captions(h), captions(true));
+        QCOMPARE(h.state({"m_French#", "m_English#"}), "true | false");
+        QCOMPARE(h.panel1(), "Inactif");
+        QCOMPARE(h.folder().read("Setup.ini"), settingsFile("FR"));
+        h.act("m_French"); // the ticked item again keeps its tick
+        QCOMPARE(h.state({"m_French#", "m_English#"}), "true | false");
+
+        h.act("m_English");
+        QCOMPARE(captions(h), captions(false));
+        QCOMPARE(h.state({"m_French#", "m_English#"}), "false | true");
+        QCOMPARE(h.panel1(), "Com port inactive");
+        QCOMPARE(h.folder().read("Setup.ini"), referenceFile("Setup.ini"));
+        // The test grid's headers were read once, at start-up.
+        QCOMPARE(h.state({"MFG2:0"}), "ID Sat,Statut,Données");
+
+        // The next start comes up in the language chosen last.
+        h.act("m_French");
+        MainHarness again({}, {}, &h.folder());
+        QCOMPARE(captions(again), captions(true));
+    }
+
+    void closingAsksNothingAndSavesNothing() {
+        MainHarness h;
+        const QByteArray before = h.folder().read("Setup.ini");
+        h.typeAndLeave("Text3", QStringLiteral("12"));
+        QVERIFY(h.main().close());
+        QVERIFY(!h.main().isVisible());
+        QVERIFY(!QApplication::activeModalWidget());
+        QCOMPARE(h.folder().read("Setup.ini"), before);
+    }
+
+    // Repaints asked for within a frame of the last one are held, never lost: the
+    // last change always reaches the screen.
+    void heldRepaintArrives() {
+        Canvas canvas;
+        new RepaintPacer(canvas, 200);
+        canvas.resize(100, 100);
+        canvas.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&canvas));
+        QTRY_VERIFY(canvas.paints >= 1);
+        for (int round = 0; round < 2; ++round) {
+            const int before = canvas.paints;
+            for (int i = 0; i < 20; ++i) {
+                canvas.update();
+                QCoreApplication::processEvents();
+            }
+            QTRY_VERIFY(canvas.paints > before);
+        }
+    }
+private slots:
+    // Starting up puts an empty name in front; then each step opens a file, either
+    // through File > Open ("open name") or through an item of the list ("menu n").
+    void listOrder_data() {
+        QTest::addColumn<QStringList>("settings");
+        QTest::addColumn<QStringList>("steps");
+        QTest::addColumn<QStringList>("expected");
+        const QStringList none, four{"a", "b", "c", "d"};
+        QTest::newRow("first file")
+            << none << QStringList{"open a"} << QStringList{"a", "", "", ""};
+        QTest::newRow("a fifth file drops the oldest")
+            << none << QStringList{"open a", "open b", "open c", "open d", "open e"}
+            << QStringList{"e", "d", "c", "b"};
+        QTest::newRow("third to the front, fourth stays")
+            << none << QStringList{"open a", "open b", "open c", "open d", "menu 3"}
+            << QStringList{"b", "d", "c", "a"};
+        QTest::newRow("first stays")
+            << none << QStringList{"open a", "open b", "menu 1"} << QStringList{"b", "a", "", ""};
+        QTest::newRow("second reopened through Open")
+            << none << QStringList{"open a", "open b", "open a"} << QStringList{"a", "b", "", ""};
+        QTest::newRow("letter case makes another file")
+            << none << QStringList{"open a", "open A"} << QStringList{"A", "a", "", ""};
+        // After a start the list reads "", a, b, c.
+        QTest::newRow("the hole moves down")
+            << four << QStringList{"open x"} << QStringList{"x", "", "a", "b"};
+        QTest::newRow("fourth to the front")
+            << four << QStringList{"menu 4"} << QStringList{"c", "", "a", "b"};
+    }
+    void listOrder() {
+        QFETCH(QStringList, settings);
+        QFETCH(QStringList, steps);
+        QFETCH(QStringList, expected);
+        ProgramFolder folder;
+        for (const QString &name : inFolder(folder, {"a", "b", "c", "d", "e", "x", "A"}))
+            QFile::copy(QStringLiteral(NORVALE_REFERENCE_DIR "/three-satellites.nvl"), name);
+        folder.write("Setup.ini", settingsFile("US", inFolder(folder, settings)));
+        MainHarness h({}, {}, &folder);
+        for (const QString &step : steps) {
+            const QString argument = step.section(u' ', 1);
+            if (step.startsWith(QStringLiteral("open")))
+                h.open(inFolder(folder, {argument}).value(0));
+            else
+                h.act(QStringList{"mFile1", "mFile2", "mFile3", "mfile4"}[argument.toInt() - 1]);
+            QVERIFY2(h.panel2() != QStringLiteral("Error when opening"), qPrintable(step));
+        }
+        QCOMPARE(h.state({"recent", "mtiret3!"}),
+                 inFolder(folder, expected).join(u',') + " | shown");
+        QCOMPARE(recentSettings(folder), inFolder(folder, expected));
+    }
+
+    void openingFromTheList() {
+        ProgramFolder folder;
+        const QStringList listed = inFolder(folder, {"net", "gone"});
+        folder.write("net.nvl", goldenWith({{"CommPort=COM1", "CommPort=COM2"}}));
+        folder.write("Setup.ini", settingsFile("FR", listed));
+        MainHarness h({}, {}, &folder);
+        QCOMPARE(h.state({"recent"}), ',' + listed.join(u',') + ',');
+        // The range already shown: the boxes do not change and "File opened" stays.
+        // Unlike File > Open, the list leaves the window caption as it was.
+        h.act("Text1=10 Text1 Text2=12 Text2 mFile2");
+        const QString list = listed[0] + ",," + listed[1] + ',';
+        QCOMPARE(
+            h.state({"StatusPanel2", "m_enregistrer?", "C_port", "Text3", "l_index", "recent"}),
+            "Fichier ouvert | on | COM2 | 5 | 1/3 | " + list);
+        QCOMPARE(h.main().windowTitle(), "NORVALE Setup");
+
+        // A recent file that is gone is reported and stays listed; what the failed
+        // read had cleared stays cleared.
+        const QByteArray settings = folder.read("Setup.ini");
+        h.act("mFile3");
+        QCOMPARE(h.state({"StatusPanel2", "m_enregistrer?", "recent", "sats"}),
+                 "Erreur lors de l'ouverture | off | " + list + " | ");
+        QCOMPARE(folder.read("Setup.ini"), settings);
+
+        // The list is kept in memory when "Setup.ini" cannot take it, and the file
+        // is shown all the same.
+        QFile::setPermissions(folder.file("Setup.ini"), QFile::ReadOwner | QFile::ReadGroup);
+        folder.write("other.nvl", goldenWith());
+        h.open(folder.file("other.nvl"));
+        QCOMPARE(h.state({"StatusPanel2", "recent", "C_port"}),
+                 "Erreur Ecriture setup.ini | " + folder.file("other.nvl") + ',' + listed[0] +
+                     ",," + listed[1] + " | COM1");
+        QCOMPARE(folder.read("Setup.ini"), settings);
+    }
+
+    // The command line names a file of the program folder ("%1" is its full path).
+    void commandLine_data() {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QString>("commandLine");
+        QTest::addColumn<bool>("opened");
+        QTest::newRow("blanks around and inside") << "my net.nvl"
+                                                  << "  %1   " << true;
+        QTest::newRow("upper-case extension") << "NET.NVL"
+                                              << "%1" << true;
+        QTest::newRow("other extension") << "net.txt"
+                                         << "%1" << false;
+        QTest::newRow("missing file") << "gone.nvl"
+                                      << "%1" << false;
+        QTest::newRow("quoted") << "net.nvl"
+                                << "\"%1\"" << false;
+        QTest::newRow("folder") << "folder.nvl"
+                                << "%1" << false;
+    }
+    void commandLine() {
+        QFETCH(QString, file);
+        QFETCH(QString, commandLine);
+        QFETCH(bool, opened);
+        ProgramFolder folder;
+        for (const char *name : {"my net.nvl", "NET.NVL", "net.txt", "net.nvl"})
+            folder.write(QString::fromLatin1(name), goldenWith());
+        QDir(folder.path()).mkdir(QStringLiteral("folder.nvl"));
+        MainHarness h(commandLine.arg(folder.file(file)), {}, &folder);
+        // Not even tried when refused: a failed read would have emptied the list.
+        QCOMPARE(h.state({"StatusPanel2", "m_enregistrer?", "recent", "sats", "Text1"}),
+                 opened ? "Ready | on | " + folder.file(file) + ",,, | 5/1/1 7/0/0 1999/1/1 | 10"
+                        : QStringLiteral("Ready | off | ,,, | 0/0/0 | "));
+        QCOMPARE(h.main().windowTitle(), "NORVALE Setup");
+    }
+
+    // Set a range, add satellites, save over an existing file (Save as replaces a
+    // file, it never creates one), start again and reopen it from the list.
+    void technicianRoundTrip() {
+        ProgramFolder folder;
+        QVERIFY(QDir(folder.path()).mkdir(QStringLiteral("Réseau été")));
+        const QString target = folder.file(QStringLiteral("Réseau été/câble ü ñ.nvl"));
+        folder.write(QStringLiteral("Réseau été/câble ü ñ.nvl"), "previous version");
+        {
+            MainHarness h({}, {}, &folder);
+            h.act(
+                "Text1=10 Text1 Text2=12 Text2 Text3=5 Text3 b_Insert Text3=1999 Check1=0 Check1");
+            FileDialogAnswerer answer({target});
+            h.act("m_enregistersous");
+            QCOMPARE(answer.firstShown(), QStringList({"save", "existing", "own", folder.path(),
+                                                       "File configuration (*.nvl)", "nvl"}));
+            QCOMPARE(h.state({"StatusPanel2", "m_enregistrer?"}), "File saved | on");
+            QCOMPARE(h.main().windowTitle(), QStringLiteral("NORVALE Setup ") + target);
+            QCOMPARE(folder.read(QStringLiteral("Réseau été/câble ü ñ.bak")), "previous version");
+        }
+        MainHarness again({}, {}, &folder);
+        QCOMPARE(again.state({"recent"}), ',' + target + ",,");
+        again.act("mFile2");
+        QCOMPARE(again.state({"StatusPanel2", "sats", "Text1", "Text2", "L_nbTPChiffre", "Text3"}),
+                 "Ready | 5/1/1 1999/1/0 | 10 | 12 | 3 | 5");
+        QCOMPARE(terminalsOf(again.net()), QList<qint16>({10, 11, 12}));
+        QCOMPARE(recentSettings(folder), QStringList({target, "", "", ""}));
+    }
+};
+
+QTEST_MAIN(tst_Shell)
+#include "tst_shell.moc"
