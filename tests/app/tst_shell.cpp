@@ -64,10 +64,6 @@ protected:
     void paintEvent(QPaintEvent *) override { ++paints; }
 };
 
-} // namespace
-
-namespace {
-
 // Names of configuration files of the program folder, without their ".nvl", to
 // full paths; "" stays "".
 QStringList inFolder(const ProgramFolder &folder, const QStringList &names) {
@@ -95,8 +91,8 @@ private slots:
                      "Text1",       "L_nbTPChiffre", "m_enregistrer?", "Timer1#",      "Timer2#",
                      "recent",      "mtiret3!",      "m_French#",      "m_English#",   "MFG2:0"}),
             "GetNotification,SetNotification true 1 10,Satellites.Add 0 | 0 | Com port "
-            "inactive | Ready | 0 | RS-232 | 2 | 1/1 | COM1 | 100 |  | Error | off | false | "
-            "false | ,,, | hidden | false | true | ID Sat,Statut,Données");
+            "inactive | Ready | 0 | RS-232 | 2 | 1/1 | COM1 | 100 |  | Error | false | false | "
+            "false | ,,, | false | false | true | ID Sat,Statut,Données");
         QCOMPARE(h.main().windowTitle(), "NORVALE Setup");
         QCOMPARE(h.w<QComboBox>("C_port")->count() + h.w<QComboBox>("C_timeout")->count(), 12);
         QCOMPARE(captions(h), captions(false));
@@ -145,7 +141,7 @@ private slots:
         QCOMPARE(folder.read("Setup.ini"), rewritten);
         QCOMPARE(h.state({"recent", "mtiret3!"}),
                  recentSettings(folder).join(u',') +
-                     (recentSettings(folder).join("").isEmpty() ? " | hidden" : " | shown"));
+                     (recentSettings(folder).join("").isEmpty() ? " | false" : " | true"));
     }
 
     // A program folder that cannot hold Setup.ini: the window still comes up. The
@@ -219,7 +215,6 @@ private slots:
             QTRY_VERIFY(canvas.paints > before);
         }
     }
-private slots:
     // Starting up puts an empty name in front; then each step opens a file, either
     // through File > Open ("open name") or through an item of the list ("menu n").
     void listOrder_data() {
@@ -265,7 +260,7 @@ private slots:
             QVERIFY2(h.panel2() != QStringLiteral("Error when opening"), qPrintable(step));
         }
         QCOMPARE(h.state({"recent", "mtiret3!"}),
-                 inFolder(folder, expected).join(u',') + " | shown");
+                 inFolder(folder, expected).join(u',') + " | true");
         QCOMPARE(recentSettings(folder), inFolder(folder, expected));
     }
 
@@ -282,7 +277,7 @@ private slots:
         const QString list = listed[0] + ",," + listed[1] + ',';
         QCOMPARE(
             h.state({"StatusPanel2", "m_enregistrer?", "C_port", "Text3", "l_index", "recent"}),
-            "Fichier ouvert | on | COM2 | 5 | 1/3 | " + list);
+            "Fichier ouvert | true | COM2 | 5 | 1/3 | " + list);
         QCOMPARE(h.main().windowTitle(), "NORVALE Setup");
 
         // A recent file that is gone is reported and stays listed; what the failed
@@ -290,7 +285,7 @@ private slots:
         const QByteArray settings = folder.read("Setup.ini");
         h.act("mFile3");
         QCOMPARE(h.state({"StatusPanel2", "m_enregistrer?", "recent", "sats"}),
-                 "Erreur lors de l'ouverture | off | " + list + " | ");
+                 "Erreur lors de l'ouverture | false | " + list + " | ");
         QCOMPARE(folder.read("Setup.ini"), settings);
 
         // The list is kept in memory when "Setup.ini" cannot take it, and the file
@@ -333,8 +328,8 @@ private slots:
         MainHarness h(commandLine.arg(folder.file(file)), {}, &folder);
         // Not even tried when refused: a failed read would have emptied the list.
         QCOMPARE(h.state({"StatusPanel2", "m_enregistrer?", "recent", "sats", "Text1"}),
-                 opened ? "Ready | on | " + folder.file(file) + ",,, | 5/1/1 7/0/0 1999/1/1 | 10"
-                        : QStringLiteral("Ready | off | ,,, | 0/0/0 | "));
+                 opened ? "Ready | true | " + folder.file(file) + ",,, | 5/1/1 7/0/0 1999/1/1 | 10"
+                        : QStringLiteral("Ready | false | ,,, | 0/0/0 | "));
         QCOMPARE(h.main().windowTitle(), "NORVALE Setup");
     }
 
@@ -353,7 +348,7 @@ private slots:
             h.act("m_enregistersous");
             QCOMPARE(answer.firstShown(), QStringList({"save", "existing", "own", folder.path(),
                                                        "File configuration (*.nvl)", "nvl"}));
-            QCOMPARE(h.state({"StatusPanel2", "m_enregistrer?"}), "File saved | on");
+            QCOMPARE(h.state({"StatusPanel2", "m_enregistrer?"}), "File saved | true");
             QCOMPARE(h.main().windowTitle(), QStringLiteral("NORVALE Setup ") + target);
             QCOMPARE(folder.read(QStringLiteral("Réseau été/câble ü ñ.bak")), "previous version");
         }

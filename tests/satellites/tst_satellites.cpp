@@ -49,8 +49,8 @@ struct Editor : MainHarness {
                                      "b_Alive?", "b_Config?", "MFG1"});
         const bool cleared =
             s[7] == ",,,,," && w<QTableWidget>("MFG1")->item(5, 0)->text() == "Tx Free";
-        const QString flags = QString(s[4] == u"on" ? 'G' : '-') + (s[5] == u"on" ? 'A' : '-') +
-                              (s[6] == u"on" ? 'C' : '-') + (cleared ? 'v' : 'x');
+        const QString flags = QString(s[4] == u"true" ? 'G' : '-') + (s[5] == u"true" ? 'A' : '-') +
+                              (s[6] == u"true" ? 'C' : '-') + (cleared ? 'v' : 'x');
         return QStringList{satellitesOf(net()).join(u' ').replace(u'/', u','),
                            s.mid(0, 4).join(u' '), panel1(), panel2(), flags}
             .join(" | ");
@@ -62,9 +62,6 @@ void row(const char *name, const char *list, int position, const char *actions, 
 }
 
 } // namespace
-
-// Thousands of random clicks and field edits on one window: l_index must always name a
-// satellite of the control's list and follow the moves.
 
 class tst_Satellites : public QObject {
     Q_OBJECT
@@ -182,7 +179,6 @@ private slots:
         QCOMPARE(h.state({"l_index", "Text3", "StatusPanel2"}), "16/17 | abc | Too many Norvales");
         QCOMPARE(h.net().Satellites().Count(), 17);
     }
-private slots:
     // Satellite 1, on the air, detected on the satellite tab; then the steps (see
     // MainHarness::act). Text3, what panel 2 said, the control's satellites, the calls
     // made and the network view.
@@ -256,7 +252,8 @@ private slots:
                  "12,Configure 1 13,Detect 13,Detect 12,RequestConfig 12");
         QVERIFY(h.net().onAir(12) && !h.net().onAir(13));
     }
-private slots:
+    // Thousands of random clicks and field edits on one window: l_index must always
+    // name a satellite of the control's list and follow the moves.
     void randomWalk() {
         const QByteArray fixedSeed = qgetenv("NORVALE_WALK_SEED");
         const quint32 seed =

@@ -181,19 +181,18 @@ QString MainHarness::shownBy(QString name) {
         }
         return items.join(u',');
     }
+    // A suffix asks for a flag or a state rather than a text.
     const QChar suffix = name.back();
-    if (suffix == u'?' || suffix == u'#' || suffix == u'!')
-        name.chop(1);
-    const QObject *o = main_->findChild<QObject *>(name);
-    if (o && suffix == u'?')
-        return o->property("enabled").toBool() ? QStringLiteral("on") : QStringLiteral("off");
-    if (o && suffix == u'!')
-        return o->property("visible").toBool() ? QStringLiteral("shown") : QStringLiteral("hidden");
-    if (auto *box = qobject_cast<const QCheckBox *>(o); box && suffix == u'#')
-        return QString::number(box->checkState());
-    const auto properties = suffix == u'#'
+    const auto properties = suffix == u'?'   ? QList<const char *>{"enabled"}
+                            : suffix == u'!' ? QList<const char *>{"visible"}
+                            : suffix == u'#'
                                 ? QList<const char *>{"currentIndex", "checked", "active"}
                                 : QList<const char *>{"currentText", "title", "text"};
+    if (suffix == u'?' || suffix == u'!' || suffix == u'#')
+        name.chop(1);
+    const QObject *o = main_->findChild<QObject *>(name);
+    if (auto *box = qobject_cast<const QCheckBox *>(o); box && suffix == u'#')
+        return QString::number(box->checkState());
     for (const char *property : properties) {
         if (o && o->metaObject()->indexOfProperty(property) >= 0)
             return o->property(property).toString();
