@@ -158,30 +158,21 @@ private slots:
         QVERIFY(!QFile::exists(folder.file("Setup.ini")));
     }
 
+    // The switch commits the general fields first; the ticked item chosen again keeps
+    // its tick. The test grid's headers were read once, at start-up. The next start
+    // comes up in the language chosen last.
     void languageSwitch() {
         MainHarness h;
-        // The switch commits the general fields first.
-        h.w<QComboBox>("C_port")->setCurrentText(QStringLiteral("COM3"));
-        h.w<QComboBox>("C_timeout")->setCurrentText(QStringLiteral("20 s"));
-        h.act("m_French");
-        QCOMPARE(h.net().CommPort(), "COM3");
-        QCOMPARE(h.net().TimeOut(), qint16(20));
+        h.act("C_port=COM3 C_timeout=20s m_French m_French");
+        QCOMPARE(h.net().CommPort() + QString::number(h.net().TimeOut()), "COM320");
         QCOMPARE(captions(h), captions(true));
-        QCOMPARE(h.state({"m_French#", "m_English#"}), "true | false");
-        QCOMPARE(h.panel1(), "Inactif");
+        QCOMPARE(h.state({"m_French#", "m_English#", "StatusPanel1"}), "true | false | Inactif");
         QCOMPARE(h.folder().read("Setup.ini"), settingsFile("FR"));
-        h.act("m_French"); // the ticked item again keeps its tick
-        QCOMPARE(h.state({"m_French#", "m_English#"}), "true | false");
-
         h.act("m_English");
         QCOMPARE(captions(h), captions(false));
-        QCOMPARE(h.state({"m_French#", "m_English#"}), "false | true");
-        QCOMPARE(h.panel1(), "Com port inactive");
+        QCOMPARE(h.state({"m_French#", "m_English#", "StatusPanel1", "MFG2:0"}),
+                 "false | true | Com port inactive | ID Sat,Statut,Données");
         QCOMPARE(h.folder().read("Setup.ini"), referenceFile("Setup.ini"));
-        // The test grid's headers were read once, at start-up.
-        QCOMPARE(h.state({"MFG2:0"}), "ID Sat,Statut,Données");
-
-        // The next start comes up in the language chosen last.
         h.act("m_French");
         MainHarness again({}, {}, &h.folder());
         QCOMPARE(captions(again), captions(true));
@@ -190,7 +181,7 @@ private slots:
     void closingAsksNothingAndSavesNothing() {
         MainHarness h;
         const QByteArray before = h.folder().read("Setup.ini");
-        h.typeAndLeave("Text3", QStringLiteral("12"));
+        h.act("Text3=12 Text3");
         QVERIFY(h.main().close());
         QVERIFY(!h.main().isVisible());
         QVERIFY(!QApplication::activeModalWidget());
@@ -331,34 +322,6 @@ private slots:
                  opened ? "Ready | true | " + folder.file(file) + ",,, | 5/1/1 7/0/0 1999/1/1 | 10"
                         : QStringLiteral("Ready | false | ,,, | 0/0/0 | "));
         QCOMPARE(h.main().windowTitle(), "NORVALE Setup");
-    }
-
-    // Set a range, add satellites, save over an existing file (Save as replaces a
-    // file, it never creates one), start again and reopen it from the list.
-    void technicianRoundTrip() {
-        ProgramFolder folder;
-        QVERIFY(QDir(folder.path()).mkdir(QStringLiteral("Réseau été")));
-        const QString target = folder.file(QStringLiteral("Réseau été/câble ü ñ.nvl"));
-        folder.write(QStringLiteral("Réseau été/câble ü ñ.nvl"), "previous version");
-        {
-            MainHarness h({}, {}, &folder);
-            h.act(
-                "Text1=10 Text1 Text2=12 Text2 Text3=5 Text3 b_Insert Text3=1999 Check1=0 Check1");
-            FileDialogAnswerer answer({target});
-            h.act("m_enregistersous");
-            QCOMPARE(answer.firstShown(), QStringList({"save", "existing", "own", folder.path(),
-                                                       "File configuration (*.nvl)", "nvl"}));
-            QCOMPARE(h.state({"StatusPanel2", "m_enregistrer?"}), "File saved | true");
-            QCOMPARE(h.main().windowTitle(), QStringLiteral("NORVALE Setup ") + target);
-            QCOMPARE(folder.read(QStringLiteral("Réseau été/câble ü ñ.bak")), "previous version");
-        }
-        MainHarness again({}, {}, &folder);
-        QCOMPARE(again.state({"recent"}), ',' + target + ",,");
-        again.act("mFile2");
-        QCOMPARE(again.state({"StatusPanel2", "sats", "Text1", "Text2", "L_nbTPChiffre", "Text3"}),
-                 "Ready | 5/1/1 1999/1/0 | 10 | 12 | 3 | 5");
-        QCOMPARE(terminalsOf(again.net()), QList<qint16>({10, 11, 12}));
-        QCOMPARE(recentSettings(folder), QStringList({target, "", "", ""}));
     }
 };
 

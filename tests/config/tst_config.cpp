@@ -365,6 +365,8 @@ private slots:
                 << command << situation << QString::fromUtf8(panel2);
         };
         row("m_enregistrer", "saved, French", "Fichier enregistré");
+        // Save as replaces an existing file (its dialog wants one), and then offers Save.
+        row("m_enregistersous", "saved", "File saved");
         row("m_enregistrer", "range error, French", "Enregistrement impossible");
         row("m_enregistrer", "read-only, French", "Erreur lors de l'enregistrement");
         // The checks run first and leave their "Ready"; nothing else is shown.
@@ -386,8 +388,8 @@ private slots:
         MainHarness h;
         if (situation.endsWith(u"French"))
             h.act("m_French");
-        const QString file = h.folder().file("net.nvl");
-        h.folder().write("net.nvl", "previous version");
+        const QString file = h.folder().file(QStringLiteral("câble ü ñ.nvl"));
+        h.folder().write(QStringLiteral("câble ü ñ.nvl"), "previous version");
         if (situation != u"no file")
             h.open(file);
         if (situation != u"no satellite")
@@ -400,22 +402,31 @@ private slots:
             QFile::setPermissions(file, QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther);
         for (int n = situation == u"full list" ? 1 : 16; n < 16; ++n)
             h.act("b_Insert");
-        // Save is only offered after an open or a save; the handler is driven anyway.
-        h.w<QAction>("m_enregistrer")->setEnabled(true);
+        // Save is only offered after an open or a save; its handler is driven anyway.
+        if (command == u"m_enregistrer")
+            h.w<QAction>("m_enregistrer")->setEnabled(true);
         const QStringList entries = folderEntries(h.folder());
+        const bool saved = situation.startsWith(u"saved");
         {
-            FileDialogAnswerer answer; // Save as's dialog, were it shown, is cancelled
+            FileDialogAnswerer answer({file});
             h.act(command);
-            QCOMPARE(answer.dialogsSeen(), 0);
+            QCOMPARE(answer.dialogsSeen(), command == u"m_enregistersous" && saved);
+            if (answer.dialogsSeen())
+                QCOMPARE(answer.firstShown(),
+                         QStringList({"save", "existing", "own", h.folder().path(),
+                                      "File configuration (*.nvl)", "nvl"}));
         }
         QTEST(h.panel2(), "panel2");
         QCOMPARE(h.net().TimeOut(), qint16(100));
-        const bool saved = situation.startsWith(u"saved");
         QCOMPARE(h.main().windowTitle(), saved ? "NORVALE Setup " + file : "NORVALE Setup");
+        QCOMPARE(h.state({"m_enregistrer?"}),
+                 saved || command == u"m_enregistrer" ? "true" : "false");
         QCOMPARE(keyOf(file, "Satellite16", "SatId"), saved                       ? "9999"
                                                       : situation == u"full list" ? "15"
                                                                                   : "");
-        if (!saved && situation != u"full list")
+        if (saved)
+            QCOMPARE(h.folder().read(QStringLiteral("câble ü ñ.bak")), "previous version");
+        else if (situation != u"full list")
             QCOMPARE(folderEntries(h.folder()), entries);
     }
 
@@ -432,56 +443,47 @@ private slots:
         h.act("Text2=x mFichier");
         QCOMPARE(h.state({"m_enregistersous?"}), "false");
     }
-    // "n=text" sets the whole text of box Textn at once (one Change), then leaves it
-    // (the same check again); "fr" switches to French. The window starts with both
-    // boxes empty and both numbers at 0.
+    // The boxes typed (each text set at once, one Change) and left (the same check again),
+    // from empty boxes and numbers at 0: Text1, Text2, the count and panel 2.
     void terminalRange_data() {
-        QTest::addColumn<QStringList>("typing");
-        QTest::addColumn<QString>("first");
-        QTest::addColumn<QString>("last");
-        QTest::addColumn<QString>("count");
-        auto row = [](const char *name, const QStringList &typing, const char *first,
-                      const char *last, const char *count) {
-            QTest::newRow(name) << typing << QString::fromUtf8(first) << QString::fromUtf8(last)
-                                << QString::fromUtf8(count);
+        QTest::addColumn<QString>("typing");
+        QTest::addColumn<QString>("state");
+        auto row = [](const char *name, const QString &typing, const QString &state) {
+            QTest::newRow(name) << typing << state;
         };
-        row("leading zeros", {"1=007", "2=010"}, "007", "010", "4");
-        row("one terminal", {"1=10", "2=10"}, "10", "10", "1");
+        const QString error = "Error | Invalid Terminal ";
+        row("leading zeros", "Text1=007 Text1 Text2=010 Text2", "007 | 010 | 4 | Ready");
+        row("one terminal", "Text1=10 Text1 Text2=10 Text2", "10 | 10 | 1 | Ready");
         // The first box keeps a number above the last: the other end may follow.
-        row("first above last", {"1=5"}, "5", "", "Error");
-        row("first above last, French", {"fr", "1=5"}, "5", "", "Erreur");
-        row("then the last", {"1=5", "2=7"}, "5", "7", "3");
-        row("first raised past last", {"1=5", "2=7", "1=8"}, "8", "7", "Error");
+        row("first above last", "Text1=5 Text1", "5 |  | " + error);
+        row("first above last, French", "m_French Text1=5 Text1",
+            "5 |  | Erreur | Terminal non valide");
+        row("then the last", "Text1=5 Text1 Text2=7 Text2", "5 | 7 | 3 | Ready");
+        row("first raised past last", "Text1=5 Text1 Text2=7 Text2 Text1=8 Text1",
+            "8 | 7 | " + error);
         // A refused first box counts as 0: the last alone gives a count.
-        row("last alone", {"2=12"}, "", "12", "13");
-        row("letter in first, then last", {"1=10", "2=12", "1=a", "2=12"}, "", "12", "13");
+        row("last alone", "Text2=12 Text2", " | 12 | 13 | Ready");
+        row("letter in first", "Text1=10 Text1 Text2=12 Text2 Text1=a Text1 Text2=12 Text2",
+            " | 12 | 13 | Ready");
         // "0" empties the box and resets its number: 1 to (0) is then an error.
-        row("0 in last", {"1=10", "2=12", "2=0", "1=1"}, "1", "", "Error");
+        row("0 in last", "Text1=10 Text1 Text2=12 Text2 Text2=0 Text2 Text1=1 Text1",
+            "1 |  | " + error);
         for (const char *bad :
-             {" 5", "+5", "1e3", "1\xEF\xBC\x95", "32768", "99999999999999999999"})
-            row(qPrintable(QStringLiteral("'%1' in last").arg(QString::fromUtf8(bad))),
-                {"1=1", "2=9", QStringLiteral("2=") + QString::fromUtf8(bad)}, "1", "", "Error");
-        row("1 to 32767", {"1=1", "2=32767"}, "1", "32767", "32767");
+             {"_5", "+5", "1e3", "1\xEF\xBC\x95", "32768", "99999999999999999999"})
+            row(bad,
+                QStringLiteral("Text1=1 Text1 Text2=9 Text2 Text2=%1 Text2")
+                    .arg(QString::fromUtf8(bad)),
+                "1 |  | " + error);
+        row("1 to 32767", "Text1=1 Text1 Text2=32767 Text2", "1 | 32767 | 32767 | Ready");
         // From a refused first (0) a count of 32767 is the most that fits 16 bits.
-        row("count beyond 16 bits", {"2=32767"}, "", "", "Error");
-        row("count at 16 bits", {"2=32766"}, "", "32766", "32767");
+        row("count beyond 16 bits", "Text2=32767 Text2", " |  | " + error);
+        row("count at 16 bits", "Text2=32766 Text2", " | 32766 | 32767 | Ready");
     }
     void terminalRange() {
-        QFETCH(QString, count);
-        QFETCH(QStringList, typing);
+        QFETCH(QString, typing);
         MainHarness h;
-        for (const QString &step : typing) {
-            if (step == u"fr")
-                h.act("m_French");
-            else
-                h.typeAndLeave(step.startsWith(u'1') ? "Text1" : "Text2", step.mid(2));
-        }
-        QTEST(h.w<QLineEdit>("Text1")->text(), "first");
-        QTEST(h.w<QLineEdit>("Text2")->text(), "last");
-        QCOMPARE(h.w<QLabel>("L_nbTPChiffre")->text(), count);
-        QCOMPARE(h.panel2(), count == u"Error"    ? "Invalid Terminal "
-                             : count == u"Erreur" ? "Terminal non valide"
-                                                  : "Ready");
+        h.act(typing);
+        QTEST(h.state({"Text1", "Text2", "L_nbTPChiffre", "StatusPanel2"}), "state");
     }
 
     void leavingABoxChecksItAgain() {

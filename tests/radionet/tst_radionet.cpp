@@ -43,40 +43,39 @@ struct Rig {
     LinkStatus link{{&panel1, &panel2}, g, texts, net, pause};
 };
 
-// The four moves of the link: the calls made, the result, the state reached, and
-// the flags they record (-1: not written).
+// The four moves of the link: the calls made, the result, the state reached and the
+// error left pending.
 struct Move {
     const char *tag, *routine;
     int from;
     QLatin1String scenario;
     const char *log;
     bool result;
-    int stateAfter, portOpen, pollingActive, netErrorCode;
+    int stateAfter, netErrorCode;
 };
 const char *const Start = "StartNetwork", *const Halt = "HaltPolling",
                   *const Close = "CloseNetwork", *const Reopen = "ReopenPort";
 const Move Moves[] = {
-    {"start from inactive", Start, 0, {}, "OpenPort StartPolling", 1, 2, 1, 1, 0},
-    {"start from halted", Start, 3, {}, "StartPolling", 1, 2, -1, 1, 0},
-    {"start while polling", Start, 2, {}, "", 1, 2, -1, -1, 0},
-    {"start without satellites", Start, 0, "no satellites"_L1, "", 0, 0, -1, -1, 0},
+    {"start from inactive", Start, 0, {}, "OpenPort StartPolling", 1, 2, 0},
+    {"start from halted", Start, 3, {}, "StartPolling", 1, 2, 0},
+    {"start while polling", Start, 2, {}, "", 1, 2, 0},
+    {"start without satellites", Start, 0, "no satellites"_L1, "", 0, 0, 0},
     // The error event of the failed opening arrives during the pause: no polling.
-    {"start on a missing port", Start, 0, "port missing"_L1, "OpenPort", 0, 0, 0, -1, 2},
-    {"start, error in the first pause", Start, 0, "error"_L1, "OpenPort", 0, 1, 1, -1, 6},
-    // The result is what the link reports, whatever the flags say.
-    {"start, error in the first pause, state 2", Start, 0, "error, state 2"_L1, "OpenPort", 1, 2, 1,
-     -1, 6},
-    {"halt from open", Halt, 1, {}, "", 0, 1, -1, -1, 0},
-    {"halt while polling", Halt, 2, {}, "StopPolling", 1, 3, -1, 0, 0},
-    {"halt when halted", Halt, 3, {}, "", 1, 3, -1, -1, 0},
+    {"start on a missing port", Start, 0, "port missing"_L1, "OpenPort", 0, 0, 2},
+    {"start, error in the first pause", Start, 0, "error"_L1, "OpenPort", 0, 1, 6},
+    // The result is what the link reports.
+    {"start, error in the first pause, state 2", Start, 0, "error, state 2"_L1, "OpenPort", 1, 2,
+     6},
+    {"halt from open", Halt, 1, {}, "", 0, 1, 0},
+    {"halt while polling", Halt, 2, {}, "StopPolling", 1, 3, 0},
+    {"halt when halted", Halt, 3, {}, "", 1, 3, 0},
     // The result says the port was inactive before, not that closing worked.
-    {"close when inactive", Close, 0, {}, "ClosePort", 1, 0, 0, -1, 0},
-    {"close when halted", Close, 3, {}, "ClosePort", 0, 0, 0, -1, 0},
-    {"close while polling", Close, 2, {}, "StopPolling ClosePort", 0, 0, 0, 0, 0},
-    {"close in state 7", Close, 7, {}, "", 0, 7, -1, -1, 0},
-    {"reopen while polling", Reopen, 2, {}, "ClosePort OpenPort", 1, 1, 1, -1, 0},
-    {"reopen on a missing port", Reopen, 0, "port missing"_L1, "ClosePort OpenPort", 0, 0, 0, -1,
-     2},
+    {"close when inactive", Close, 0, {}, "ClosePort", 1, 0, 0},
+    {"close when halted", Close, 3, {}, "ClosePort", 0, 0, 0},
+    {"close while polling", Close, 2, {}, "StopPolling ClosePort", 0, 0, 0},
+    {"close in state 7", Close, 7, {}, "", 0, 7, 0},
+    {"reopen while polling", Reopen, 2, {}, "ClosePort OpenPort", 1, 1, 0},
+    {"reopen on a missing port", Reopen, 0, "port missing"_L1, "ClosePort OpenPort", 0, 0, 2},
 };
 
 } // namespace
@@ -91,58 +90,47 @@ private slots:
     }
     void routines() {
         QFETCH(int, index);
-        const auto &[tag, routine, from, scenario, log, result, stateAfter, portOpen, pollingActive,
-                     netErrorCode] = Moves[index];
-        const QStringList panel1{"Com port inactive", "COM3 Open ", "COM3 Open Polling active",
-                                 "COM3 Open Polling halted"};
-
-        // Twice, from either value of the flags: a flag the routine does not write
-        // keeps the value it had.
-        for (const bool flagsBefore : {false, true}) {
-            Rig rig;
-            if (scenario != "no satellites"_L1)
-                rig.net.Satellites().Add(1);
-            if (scenario == "port missing"_L1)
-                rig.net.setAvailablePorts({QStringLiteral("COM1")});
-            if (from >= 1 && from <= 3)
-                rig.net.OpenPort();
-            if (from == 2 || from == 3)
-                rig.net.StartPolling();
-            if (from == 3)
-                rig.net.StopPolling();
-            if (from > 3)
-                rig.net.setLinkStateOverride(qint16(from));
-            rig.net.clearCallLog();
-            TickHook firstPause(&rig.timer1, [&](int tick) {
-                if (tick != 1 || !scenario.startsWith("error"_L1))
-                    return;
-                rig.net.raiseNetError(6, QStringLiteral("Noise"));
-                if (scenario.endsWith("state 2"_L1))
-                    rig.net.setLinkStateOverride(2);
-            });
-            rig.g.PortOpen = flagsBefore;
-            rig.g.PollingActive = flagsBefore;
-            rig.g.NetErrorCode = 9; // every routine starts by clearing the pending error
-
-            const bool returned = routine == Start   ? rig.link.StartNetwork()
-                                  : routine == Halt  ? rig.link.HaltPolling()
-                                  : routine == Close ? rig.link.CloseNetwork()
-                                                     : rig.link.ReopenPort();
-            QCOMPARE(rig.net.callLog(), QString::fromLatin1(log).split(u' ', Qt::SkipEmptyParts));
-            if (routine != Reopen) // its result is not settled
-                QCOMPARE(returned, result);
-            QCOMPARE(rig.net.LinkState(), qint16(stateAfter));
-            QCOMPARE(rig.g.PortOpen, portOpen < 0 ? flagsBefore : portOpen == 1);
-            QCOMPARE(rig.g.PollingActive, pollingActive < 0 ? flagsBefore : pollingActive == 1);
-            QCOMPARE(rig.g.NetErrorCode, qint16(netErrorCode));
-            QVERIFY(!rig.timer1.isActive());
-            // The last link status query writes "Ready" unless an error is pending.
-            QCOMPARE(rig.panel2.text(),
-                     netErrorCode == 0 ? QStringLiteral("Ready") : QStringLiteral("kept"));
-            // A state out of range: one fixed text in both languages.
-            QCOMPARE(rig.panel1.text(),
-                     panel1.value(stateAfter, QStringLiteral("Erreur de Status")));
-        }
+        const auto &[tag, routine, from, scenario, log, result, stateAfter, netErrorCode] =
+            Moves[index];
+        Rig rig;
+        if (scenario != "no satellites"_L1)
+            rig.net.Satellites().Add(1);
+        if (scenario == "port missing"_L1)
+            rig.net.setAvailablePorts({QStringLiteral("COM1")});
+        if (from >= 1 && from <= 3)
+            rig.net.OpenPort();
+        if (from == 2 || from == 3)
+            rig.net.StartPolling();
+        if (from == 3)
+            rig.net.StopPolling();
+        if (from > 3)
+            rig.net.setLinkStateOverride(qint16(from));
+        rig.net.clearCallLog();
+        TickHook firstPause(&rig.timer1, [&](int tick) {
+            if (tick != 1 || !scenario.startsWith("error"_L1))
+                return;
+            rig.net.raiseNetError(6, QStringLiteral("Noise"));
+            if (scenario.endsWith("state 2"_L1))
+                rig.net.setLinkStateOverride(2);
+        });
+        rig.g.NetErrorCode = 9; // every routine starts by clearing the pending error
+        const bool returned = routine == Start   ? rig.link.StartNetwork()
+                              : routine == Halt  ? rig.link.HaltPolling()
+                              : routine == Close ? rig.link.CloseNetwork()
+                                                 : rig.link.ReopenPort();
+        QCOMPARE(rig.net.callLog(), QString::fromLatin1(log).split(u' ', Qt::SkipEmptyParts));
+        if (routine != Reopen) // its result is not settled
+            QCOMPARE(returned, result);
+        QCOMPARE(rig.net.LinkState(), qint16(stateAfter));
+        QCOMPARE(rig.g.NetErrorCode, qint16(netErrorCode));
+        QVERIFY(!rig.timer1.isActive());
+        // The last link status query writes "Ready" unless an error is pending; a state
+        // out of range shows one fixed text in both languages.
+        QCOMPARE(rig.panel2.text(), netErrorCode == 0 ? "Ready" : "kept");
+        QCOMPARE(rig.panel1.text(),
+                 QStringList({"Com port inactive", "COM3 Open ", "COM3 Open Polling active",
+                              "COM3 Open Polling halted"})
+                     .value(stateAfter, "Erreur de Status"));
     }
 
     // The pause lasts five ticks and sleeps in the event loop between events. Counted

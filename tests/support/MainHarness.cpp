@@ -235,7 +235,7 @@ void MainHarness::act(const QString &steps) {
             settle();
             continue;
         }
-        const QString value = step.section(u'=', 1);
+        const QString value = step.section(u'=', 1).replace(u'_', u' ');
         QObject *o = main_->findChild<QObject *>(step.section(u'=', 0, 0));
         if (!step.contains(u'=')) {
             if (auto *button = qobject_cast<QPushButton *>(o))

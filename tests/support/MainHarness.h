@@ -103,10 +103,9 @@ public:
     QString state(std::initializer_list<const char *> names);
 
     // Runs blank-separated steps, delivering what the network raised after each:
-    // "Name=text" sets a line edit, combo box or label text, a check box's state, a tab
-    // control's index or every cell of a grid but the fixed ones, without leaving it;
-    // "Name" clicks a push button, triggers an action, drops a menu down or leaves any
-    // other widget;
+    // "Name=text" ("_" for a blank) sets a line edit, combo box or label text, a check box's state,
+    // a tab control's index or every cell of a grid but the fixed ones, without leaving it; "Name"
+    // clicks a push button, triggers an action, drops a menu down or leaves any other widget;
     // "~error:n:text", "~answered:id:text" ("_" for a blank), "~config:id" and
     // "~status:id" raise a network event, "~state:n" (or "~state:-") sets the reported
     // link state, "~add:id" adds a satellite to the control's list, "~log" empties the
