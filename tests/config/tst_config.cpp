@@ -31,9 +31,6 @@ Globale configure(RadioNetControl &net,
 // What a control holds: its link parameters, the notification it was last given,
 // its terminals and its satellites.
 QString held(SimulatedRadioNet &net) {
-    QStringList terminals;
-    for (qint16 number : terminalsOf(net))
-        terminals << QString::number(number);
     return QStringLiteral("%1 %2 %3 %4 %5 %6 %7 | %8 | %9 | %10")
         .arg(net.CommPort(), net.BaudRate())
         .arg(net.Enabled())
@@ -41,8 +38,8 @@ QString held(SimulatedRadioNet &net) {
         .arg(net.TimeOut())
         .arg(net.Timer())
         .arg(net.Mode())
-        .arg(net.callLog().filter("SetNotification").join(u' ').mid(16), terminals.join(u' '),
-             satellitesOf(net).join(u' '));
+        .arg(net.callLog().filter("SetNotification").join(u' ').mid(16),
+             terminalsOf(net).join(u' '), satellitesOf(net).join(u' '));
 }
 
 QStringList folderEntries(const ProgramFolder &folder) {
@@ -120,9 +117,6 @@ private slots:
             "COM1 38400 1 1 100 100 0 | true 1 10 |  | ");
         row("Synchro beyond 32 bits", golden("Synchro=1", "Synchro=3000000000"), false,
             "COM1 38400 1 9 9 9 9 |  |  | ");
-        row("binary", QByteArray(4096, '\xA5'), false, "COM4 9 0 9 9 9 9 |  |  | ");
-        row("too big for a file of ours", goldenWith() + QByteArray(MaxIniFileSize, 'x'), false,
-            "COM4 9 0 9 9 9 9 |  |  | ");
         row("missing", QByteArray(), false, "COM4 9 0 9 9 9 9 |  |  | ");
     }
     void read() {
@@ -488,8 +482,7 @@ private slots:
 
     void leavingABoxChecksItAgain() {
         MainHarness h;
-        h.typeAndLeave("Text1", QStringLiteral("10"));
-        h.typeAndLeave("Text2", QStringLiteral("12"));
+        h.act("Text1=10 Text1 Text2=12 Text2");
         h.w<QLabel>("StatusPanel2")->setText(QStringLiteral("other message"));
         {
             // Changed without their Change handlers: only leaving a box checks it.
@@ -528,11 +521,9 @@ private slots:
         row("C_timeout", "", "0");
         row("C_timeout", "fast", "0");
         row("C_timeout", "20 s", "20");
-        row("C_timeout", "  42", "42");
         row("C_timeout", "1.5", "2");
         row("C_timeout", "-2.5x", "-2");
         row("C_timeout", "32766.5", "32766");
-        row("C_timeout", "-32768", "-32768");
         row("C_timeout", "32767.5", "overflow");
         row("C_timeout", "99999999999999999999999", "overflow");
     }
@@ -550,7 +541,13 @@ private slots:
             QTest::keyClick(combo->view(), Qt::Key_Return);
             h.leave(box);
         } else {
-            h.typeAndLeave(box, typed);
+            // Tabbed into, which selects the text shown, so that the first key replaces
+            // it; then typed key by key and left.
+            QFocusEvent in(QEvent::FocusIn, Qt::TabFocusReason);
+            QCoreApplication::sendEvent(combo, &in);
+            QTest::keyClick(combo, Qt::Key_Delete);
+            QTest::keyClicks(combo, typed);
+            h.leave(box);
             QCOMPARE(combo->currentText(), typed);
         }
         const QString got = box == "C_port" ? h.net().CommPort()

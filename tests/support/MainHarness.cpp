@@ -98,10 +98,10 @@ QStringList satellitesOf(RadioNetControl &net) {
     return list;
 }
 
-QList<qint16> terminalsOf(RadioNetControl &net) {
-    QList<qint16> numbers;
+QStringList terminalsOf(RadioNetControl &net) {
+    QStringList numbers;
     for (qint16 position = 1; position <= net.Devices().Count(); ++position)
-        numbers << net.Devices().Item(position)->Number();
+        numbers << QString::number(net.Devices().Item(position)->Number());
     return numbers;
 }
 
@@ -274,20 +274,6 @@ void MainHarness::leave(const char *name) {
     QCoreApplication::sendEvent(w(name), &event);
 }
 
-void MainHarness::typeAndLeave(const char *name, const QString &text) {
-    QWidget *widget = w(name);
-    if (auto *edit = qobject_cast<QLineEdit *>(widget)) {
-        edit->setText(text);
-    } else {
-        // Tabbed into, which selects the text shown, so that the first key replaces it.
-        QFocusEvent in(QEvent::FocusIn, Qt::TabFocusReason);
-        QCoreApplication::sendEvent(widget, &in);
-        QTest::keyClick(widget, Qt::Key_Delete);
-        QTest::keyClicks(widget, text);
-    }
-    leave(name);
-}
-
 QStringList MainHarness::open(const QString &file) {
     FileDialogAnswerer answer({file});
     act("mOuvrir");
@@ -322,10 +308,4 @@ bool MainHarness::settle(int timeoutMs) {
 TickHook::TickHook(QTimer *timer, std::function<void(int tick)> action) {
     QObject::connect(timer, &QTimer::timeout, &context_,
                      [ticks = ticks_, action = std::move(action)] { action(++*ticks); });
-}
-
-Watchdog::Watchdog(const char *what, int timeoutMs) {
-    timer_.setSingleShot(true);
-    QObject::connect(&timer_, &QTimer::timeout, [what] { qFatal("%s did not end", what); });
-    timer_.start(timeoutMs);
 }

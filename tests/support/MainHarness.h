@@ -41,7 +41,7 @@ QStringList recentSettings(const ProgramFolder &folder);
 
 // The control's satellites as "SatId/Interface/Enabled", and its terminal numbers.
 QStringList satellitesOf(RadioNetControl &net);
-QList<qint16> terminalsOf(RadioNetControl &net);
+QStringList terminalsOf(RadioNetControl &net);
 // A preparation of the simulator: only these satellites on the air.
 std::function<void(SimulatedRadioNet &)> onAir(const QList<OnAirSatellite> &satellites);
 
@@ -114,9 +114,6 @@ public:
     // The widget's LostFocus handler runs, as when the user leaves it.
     void leave(const char *name);
     void click(const char *name) { w<QAbstractButton>(name)->click(); }
-    // A line edit gets the whole text at once; a combo box is tabbed into and gets it
-    // key by key, over what it showed. Then the widget is left.
-    void typeAndLeave(const char *name, const QString &text);
     // File > Open answered with the file; the dialog as it was shown.
     QStringList open(const QString &file);
 
@@ -144,14 +141,4 @@ public:
 private:
     std::shared_ptr<int> ticks_ = std::make_shared<int>(0);
     QObject context_;
-};
-
-// Ends the process with a message if still alive after a long time: a wait that
-// never ends shows as a failure, not as a test that hangs.
-class Watchdog {
-public:
-    explicit Watchdog(const char *what, int timeoutMs = 60000);
-
-private:
-    QTimer timer_;
 };
