@@ -48,8 +48,7 @@ const char *const Captions[][3] = {
     {"b_Fin_Test", "Fin Test", "End Test"},
 };
 
-// The captions and the three tabs' texts as shown, and as they read in one language;
-// then which of the language items is ticked.
+// The captions and the three tabs' texts as shown, and as they read in one language.
 QStringList captions(MainHarness &h) {
     QStringList texts;
     for (const auto &caption : Captions)
@@ -64,6 +63,7 @@ QStringList captions(bool french) {
     return texts << (french ? "Général" : "General") << "Norvale(s)"
                  << (french ? "Visualisation" : "Norvale Network");
 }
+
 class Canvas : public QWidget {
 public:
     int paints = 0;
@@ -160,6 +160,7 @@ private slots:
             << QByteArray("[General]\nVersion=TALMOR NORVALE CONFIGURATION FILE\nLanguage=FR\n")
             << true << "true | false" << settingsFile("FR");
     }
+
     void settingsAreReadAtStartUp() {
         QFETCH(QByteArray, setupIni);
         QFETCH(bool, french);
@@ -238,6 +239,7 @@ private slots:
             QTRY_VERIFY(canvas.paints > before);
         }
     }
+
     // Starting up puts an empty name in front; then each step opens a file, either
     // through File > Open ("open name") or through an item of the list ("menu n").
     void listOrder_data() {
@@ -265,6 +267,7 @@ private slots:
         QTest::newRow("fourth to the front")
             << four << QStringList{"menu 4"} << QStringList{"c", "", "a", "b"};
     }
+
     void listOrder() {
         QFETCH(QStringList, settings);
         QFETCH(QStringList, steps);
@@ -340,6 +343,7 @@ private slots:
         QTest::newRow("folder") << "folder.nvl"
                                 << "%1" << false;
     }
+
     void commandLine() {
         QFETCH(QString, file);
         QFETCH(QString, commandLine);
@@ -355,6 +359,7 @@ private slots:
                         : QStringLiteral("Ready | false | ,,, | 0/0/0 | "));
         QCOMPARE(h.main().windowTitle(), "NORVALE Setup");
     }
+
     // Shown modally over the window from the menu; only "FR" gives the French texts,
     // set again on every paint, the button follows the language base.
     void dialogTexts_data() {
@@ -365,6 +370,7 @@ private slots:
         QTest::newRow("English") << "US" << 100 << false;
         QTest::newRow("lower-case fr, French base") << "fr" << 0 << false;
     }
+
     void dialogTexts() {
         QFETCH(QString, language);
         QFETCH(int, languageBase);
@@ -426,6 +432,7 @@ private slots:
             "@FOLDER@/tools\\MSINFO32.EXE");
         row("location without MSINFO32.EXE", "REGEDIT4\n" + Location, "");
     }
+
     void sysInfo() {
         QFETCH(QByteArray, registry);
         QFETCH(QString, started);
@@ -503,6 +510,7 @@ private slots:
         row("the file shipped", referenceFile("../../resources/Registry.reg"), "", true,
             "/usr/bin/hardinfo", "PATH", "SOFTWARE\\Microsoft\\Shared Tools\\MSINFO");
     }
+
     void getKeyValue() {
         QFETCH(QByteArray, file);
         QFETCH(QString, key);

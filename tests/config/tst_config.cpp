@@ -50,6 +50,7 @@ QStringList folderEntries(const ProgramFolder &folder) {
 
 class tst_Config : public QObject {
     Q_OBJECT
+
 private slots:
     void writtenConfigurationIsByteExactAndRoundTrips() {
         ProgramFolder dir;
@@ -119,6 +120,7 @@ private slots:
             "COM1 38400 1 9 9 9 9 |  |  | ");
         row("missing", QByteArray(), false, "COM4 9 0 9 9 9 9 |  |  | ");
     }
+
     void read() {
         QFETCH(QByteArray, file);
         QFETCH(bool, ok);
@@ -166,6 +168,7 @@ private slots:
         row("byte order mark", "\xEF\xBB\xBF[General]\r\nKey=1\r\n", true, "1");
         row("Latin-1", "[General]\r\nKey=R\xE9seau\r\n", true, "Réseau");
     }
+
     void readIniKey() {
         QFETCH(QByteArray, content);
         ProgramFolder dir;
@@ -194,6 +197,7 @@ private slots:
         row("other bytes kept", "[A]\r\ny=R\xE9seau\r\n", "Réseau",
             "[A]\r\ny=R\xE9seau\r\nx=R\xC3\xA9seau\r\n");
     }
+
     void profileWriter() {
         QFETCH(QByteArray, before);
         QFETCH(QString, value);
@@ -259,6 +263,7 @@ private slots:
         QVERIFY(ReadConfigFile(path, loaded));
         QCOMPARE(loaded.Satellites().Count(), 16);
     }
+
     void openShowsTheConfiguration() {
         MainHarness h;
         const QString file = h.folder().file("net.nvl");
@@ -322,6 +327,7 @@ private slots:
         QTest::newRow("Save as") << "m_enregistersous"
                                  << "Ready";
     }
+
     void cancelLeavesEverything() {
         QFETCH(QString, command);
         MainHarness h;
@@ -376,6 +382,7 @@ private slots:
         // A full list is written whole but reported as not saved.
         row("m_enregistrer", "full list", "Error when saving");
     }
+
     void save() {
         QFETCH(QString, command);
         QFETCH(QString, situation);
@@ -437,6 +444,7 @@ private slots:
         h.act("Text2=x mFichier");
         QCOMPARE(h.state({"m_enregistersous?"}), "false");
     }
+
     // The boxes typed (each text set at once, one Change) and left (the same check again),
     // from empty boxes and numbers at 0: Text1, Text2, the count and panel 2.
     void terminalRange_data() {
@@ -473,6 +481,7 @@ private slots:
         row("count beyond 16 bits", "Text2=32767 Text2", " |  | " + error);
         row("count at 16 bits", "Text2=32766 Text2", " | 32766 | 32767 | Ready");
     }
+
     void terminalRange() {
         QFETCH(QString, typing);
         MainHarness h;
@@ -527,6 +536,7 @@ private slots:
         row("C_timeout", "32767.5", "overflow");
         row("C_timeout", "99999999999999999999999", "overflow");
     }
+
     void comboBoxesCommitTheTypedText() {
         QFETCH(QByteArray, box);
         QFETCH(QString, typed);

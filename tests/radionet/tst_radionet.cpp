@@ -81,12 +81,14 @@ const Move Moves[] = {
 
 class tst_RadioNet : public QObject {
     Q_OBJECT
+
 private slots:
     void routines_data() {
         QTest::addColumn<int>("index");
         for (int i = 0; i < int(std::size(Moves)); ++i)
             QTest::newRow(Moves[i].tag) << i;
     }
+
     void routines() {
         QFETCH(int, index);
         const auto &[tag, routine, from, scenario, log, result, stateAfter, netErrorCode] =
@@ -159,6 +161,7 @@ private slots:
         QTest::newRow("from a timer") << "timer";
         QTest::newRow("from a posted event") << "posted";
     }
+
     void nestedPause() {
         QFETCH(QString, via);
         Rig rig;
@@ -190,6 +193,7 @@ private slots:
         QCOMPARE(rig.g.WaitTicks, qint16(5));
         QVERIFY(!rig.timer1.isActive());
     }
+
     // The satellite tab open, satellites 5 (interface 2, enabled 70000, version 1.10)
     // and 12 on the air, then the steps (see MainHarness::act; "MFG1=old" marks the
     // network view so that a rewritten value shows). Text3, the control's satellites,
@@ -253,6 +257,7 @@ private slots:
             " "
             "| true");
     }
+
     void readBackChain() {
         QFETCH(QString, steps);
         MainHarness h({}, onAir({{.satId = 5,
@@ -366,6 +371,7 @@ private slots:
         h.act("~log Onglet1=1");
         QCOMPARE(h.state({"log"}), "ClosePort,OpenPort");
     }
+
     // The simulated network answers never from inside the call, always in the order of
     // the calls; raised events skip the radio delay but still go through the event loop.
     void eventsComeLaterInCallOrder() {

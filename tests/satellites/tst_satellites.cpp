@@ -16,6 +16,7 @@ struct Editor : MainHarness {
         act("Text3=" + f[0] + (f.value(1).isEmpty() ? "" : " C_Interface=" + f[1]) +
             (f.size() > 2 ? " Check1=" + f[2] : ""));
     }
+
     // Replaces the control's list ("satId[,interface,enabled]" blank-separated, 1 and 1 by
     // default), shows the first satellite as a load would, then goes on with Next.
     void load(const QString &list, int position) {
@@ -39,6 +40,7 @@ struct Editor : MainHarness {
         w<QPushButton>("b_Alive")->setEnabled(false);
         w<QPushButton>("b_Config")->setEnabled(true);
     }
+
     // "list | position Sat-ID interface check | panel 1 | panel 2 | GACv": the list as
     // "satId,interface,enabled" each; G, A, C for b_GetConfig, b_Alive, b_Config enabled
     // ('-' when not); v when the values of MFG1 are emptied and its labels kept, else x.
@@ -63,10 +65,11 @@ void row(const char *name, const char *list, int position, const char *actions, 
 
 class tst_Satellites : public QObject {
     Q_OBJECT
+
 private slots:
     // A list loaded and shown at a position, then in turn: "=fields" typed (see
-    // Editor::type), a button clicked, a menu entry triggered, a field left. The editor's state
-    // afterwards (see Editor::editor; the load marked it).
+    // Editor::type) or a step of MainHarness::act. The editor's state afterwards (see
+    // Editor::editor; the load marked it).
     void edit_data() {
         QTest::addColumn<QString>("list");
         QTest::addColumn<int>("position");
@@ -148,6 +151,7 @@ private slots:
         row("French refusal", "7 8", 2, "m_French =12a Text3",
             "7,1,1 8,1,1 | 2/2 9999 RS-232 2 | Inactif | Sat ID non valide | --Cx");
     }
+
     void edit() {
         QFETCH(QString, list);
         QFETCH(int, position);
@@ -176,6 +180,7 @@ private slots:
         QCOMPARE(h.state({"l_index", "Text3", "StatusPanel2"}), "16/17 | abc | Too many Norvales");
         QCOMPARE(h.net().Satellites().Count(), 17);
     }
+
     // Satellite 1, on the air, detected on the satellite tab; then the steps (see
     // MainHarness::act). Text3, what panel 2 said, the control's satellites, the calls
     // made and the network view.
@@ -195,9 +200,8 @@ private slots:
             "12 | Norvale configuration12,Ready | 12/1/0 | Configure 1 12,Detect 12,RequestConfig "
             "12,RequestStatus 12 | 12,RS-232,0,2.5,28 Ko,30 Ko");
         row("RS-485, French", "m_French ~log Text3=12 C_Interface=RS-485 Check1=2 b_Config",
-            "12 | Configuration du Norvale 12,Prêt | 12/0/1 | Configure 1 12,Detect "
-            "12,RequestConfig "
-            "12,RequestStatus 12 | 12,RS-485,1,2.5,28 Ko,30 Ko");
+            "12 | Configuration du Norvale 12,Prêt | 12/0/1 | Configure 1 12,Detect 12,"
+            "RequestConfig 12,RequestStatus 12 | 12,RS-485,1,2.5,28 Ko,30 Ko");
         // Refused, unlike by the fields, without writing 9999: 2047 too.
         for (const char *typed : {"2047", "0002000", "12a", "-1"})
             row(typed, qPrintable(QStringLiteral("Text3=%1 b_Config").arg(typed)),
@@ -217,6 +221,7 @@ private slots:
             "Text3=2 Text3 b_GetConfig ~error:4:Noise ~log b_GetConfig b_Alive ~config:2",
             "2 |  | 2/1/1 | Detect 2 | ,,,,,");
     }
+
     void commands() {
         QFETCH(QString, steps);
         QFETCH(QString, state);

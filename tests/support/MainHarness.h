@@ -92,24 +92,24 @@ public:
     QStringList panel2History();
     // What the named objects show: a combo box's text, a frame's or menu's title, the
     // text of anything else; with "?" whether it is enabled, with "!" whether it is
-    // visible, with "#" a check box's
-    // state, a tab control's index, an action's tick, a timer's activity. Also "log"
-    // (the call log), "said" (what panel 2 was given since the call log was last
-    // emptied by act), "sats" (the control's satellites), "MFG1" (the network view's
-    // values), "MFG2:n" (row n of the test view) and "recent" (the recent-file items:
-    // a visible item's caption, "" for a hidden one without caption).
+    // visible, with "#" a check box's state, a tab control's index, an action's tick or
+    // a timer's activity. Also "log" (the call log), "said" (what panel 2 was given
+    // since act last emptied the call log), "sats" (the control's satellites), "MFG1"
+    // (the network view's values), "MFG2:n" (row n of the test view) and "recent" (the
+    // recent-file items: a visible item's caption, "" for a hidden one without one).
     QStringList shown(std::initializer_list<const char *> names);
     // The same joined with " | ".
     QString state(std::initializer_list<const char *> names);
 
-    // Runs blank-separated steps, delivering what the network raised after each:
-    // "Name=text" ("_" for a blank) sets a line edit, combo box or label text, a check box's state,
-    // a tab control's index or every cell of a grid but the fixed ones, without leaving it; "Name"
-    // clicks a push button, triggers an action, drops a menu down or leaves any other widget;
-    // "~error:n:text", "~answered:id:text" ("_" for a blank), "~config:id" and
-    // "~status:id" raise a network event, "~state:n" (or "~state:-") sets the reported
-    // link state, "~add:id" adds a satellite to the control's list, "~log" empties the
-    // call log and starts "said" afresh.
+    // Runs blank-separated steps ("_" stands for a blank in a text), delivering what
+    // the network raised after each: "Name=text" sets a line edit's, combo box's or
+    // label's text, a check box's state, a tab control's index or every cell of a grid
+    // but the fixed ones, without leaving the widget; "Name" clicks a push button,
+    // triggers an action, drops a menu down or leaves any other widget;
+    // "~error:n:text", "~answered:id:text", "~config:id" and "~status:id" raise a
+    // network event, "~state:n" (or "~state:-") sets the reported link state, "~add:id"
+    // adds a satellite to the control's list, "~log" empties the call log and starts
+    // "said" afresh.
     void act(const QString &steps);
     // The widget's LostFocus handler runs, as when the user leaves it.
     void leave(const char *name);
