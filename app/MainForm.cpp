@@ -2,7 +2,6 @@
 
 #include <QAction>
 #include <QComboBox>
-#include <QCompleter>
 #include <QLabel>
 #include <QTimer>
 
@@ -10,11 +9,12 @@ void MainForm::setupUi(QMainWindow *Main) {
     Ui::Main::setupUi(Main);
     for (QAction *separator : {mtiret1, mtiret2, mtiret3, mtiret4})
         separator->setSeparator(true);
-    // A typed text stays as typed: the handlers compare it exactly ("rs-232" is not
-    // "RS-232"), so completion must not change its case behind them.
+    // The focus-leave handlers take the text exactly as typed: a time-out of "2" is
+    // 2 ms, not the listed 20, and "rs-232" is not "RS-232". No completer, then, to
+    // finish or re-case a text; the list still offers its items.
     for (QComboBox *combo : {C_port, C_timeout, C_Interface}) {
         combo->setInsertPolicy(QComboBox::NoInsert);
-        combo->completer()->setCaseSensitivity(Qt::CaseSensitive);
+        combo->setCompleter(nullptr);
     }
 
     // Ours, beyond the design: last in the Options menu, its caption from our own texts.

@@ -1,6 +1,6 @@
 #include "commissioning/PdfModule.h"
 #include "commissioning/Report.h"
-#include "support/TestSupport.h"
+#include "support/MainHarness.h"
 
 #include <QDir>
 #include <QJsonDocument>

@@ -3,7 +3,7 @@
 #include "radionet/Scenario.h"
 #include "radionet/SerialRadioNet.h"
 #include "radionet/SimulatedRadioNet.h"
-#include "support/TestSupport.h"
+#include "support/MainHarness.h"
 
 #include <QAction>
 #include <QComboBox>

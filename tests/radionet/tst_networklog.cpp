@@ -1,7 +1,7 @@
 #include "radionet/RecordingRadioNet.h"
 #include "radionet/SimulatedRadioNet.h"
 #include "radionet/gui/NetworkLogModel.h"
-#include "support/NetSupport.h"
+#include "support/MainHarness.h"
 
 #include <QtTest>
 
@@ -45,7 +45,7 @@ QStringList health(const NetworkLog &log) {
 struct Net {
     explicit Net(const QString &script) {
         sim->setAnswerDelayMs(0);
-        net_support::setAir(*sim, {{.satId = 1}, {.satId = 2, .answers = false}, {.satId = 3}});
+        onAir({{.satId = 1}, {.satId = 2, .answers = false}, {.satId = 3}})(*sim);
         for (const qint16 satId : {1, 2, 3, 2047})
             rec.Satellites().Add(satId);
         rec.OpenPort();

@@ -1,4 +1,4 @@
-#include "support/NetSupport.h"
+#include "support/MainHarness.h"
 
 #include <QApplication>
 #include <QFileDialog>
@@ -47,11 +47,13 @@ private slots:
     // Opened from the menu during a live test: rows, health, filter, the CSV.
     void duringALiveTest() {
         MainHarness h({}, [](SimulatedRadioNet &net) { net.setAnswerDelayMs(5); });
-        h.typeAndLeave("Text3", QStringLiteral("1"));
+        // Steps without the harness's settling, whose marker event the log would keep.
+        h.w<QLineEdit>("Text3")->setText(QStringLiteral("1"));
+        h.leave("Text3");
         h.net().Satellites().Add(2);
         h.net().Satellites().Add(3);
-        h.trigger("m_networkLog");
-        h.trigger("m_networkLog"); // raised, not opened twice
+        h.w<QAction>("m_networkLog")->trigger();
+        h.w<QAction>("m_networkLog")->trigger(); // raised, not opened twice
         QCOMPARE(h.main().findChildren<QWidget *>(QStringLiteral("NetworkLogWindow")).size(), 1);
         QWidget *window = h.w("NetworkLogWindow");
         auto *rows = in<QTableView>(window, "logTable");
@@ -89,7 +91,7 @@ private slots:
         // Closed, nothing runs; asked for again, the same window comes back.
         window->close();
         QVERIFY(!in<QTimer>(window, "logTimer")->isActive());
-        h.trigger("m_networkLog");
+        h.w<QAction>("m_networkLog")->trigger();
         QVERIFY(window->isVisible());
     }
 
@@ -106,9 +108,7 @@ private slots:
         QFETCH(QStringList, switches);
         MainHarness h;
         QCOMPARE(h.w<QMenu>("m_Options")->actions().last(), h.w<QAction>("m_networkLog"));
-        h.trigger("m_networkLog");
-        for (const QString &item : switches)
-            h.trigger(qPrintable(item));
+        h.act("m_networkLog " + switches.join(u' '));
         QWidget *window = h.w("NetworkLogWindow");
         auto *health = in<QTableWidget>(window, "healthTable");
         QTEST((QStringList{h.w<QAction>("m_networkLog")->text(), window->windowTitle(),

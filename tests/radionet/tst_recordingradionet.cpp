@@ -1,6 +1,6 @@
 #include "radionet/RecordingRadioNet.h"
 #include "radionet/SimulatedRadioNet.h"
-#include "support/NetSupport.h"
+#include "support/MainHarness.h"
 
 #include <QtTest>
 
@@ -17,7 +17,7 @@ private slots:
     void init() {
         sim_ = new SimulatedRadioNet;
         sim_->setAnswerDelayMs(0);
-        net_support::setAir(*sim_, {{.satId = 3, .interfaceCode = 1, .enabled = 1}});
+        onAir({{.satId = 3, .interfaceCode = 1, .enabled = 1}})(*sim_);
         rec_ = std::make_unique<RecordingRadioNet>(sim_);
         rec_->Satellites().Add(3);
         rec_->OpenPort();
@@ -46,7 +46,7 @@ private slots:
         const quint64 before = rec_->log().lastNumber();
         rec_->setRecording(false);
         fetched->RequestStatus();
-        QVERIFY(net_support::settle(*sim_));
+        QVERIFY(settleNetwork(*sim_));
         QCOMPARE(rec_->log().lastNumber(), before);
         QCOMPARE(sim_->callLog().last(), "RequestStatus 3"); // and the call went on
     }
@@ -64,7 +64,7 @@ private slots:
         const std::weak_ptr<Satellite> raw = sim_->Satellites().Item(1);
         rec_->Satellites().Item(1)->RequestStatus();
         rec_->Satellites().Remove(3);
-        QVERIFY(net_support::settle(*sim_));
+        QVERIFY(settleNetwork(*sim_));
         for (int id = 100; id < 100 + added; ++id)
             rec_->Satellites().Add(qint16(id));
         QCOMPARE(rec_->Satellites().Item(1)->SatId(), 100);

@@ -1,7 +1,7 @@
 #include "app/Main.h"
 #include "radionet/SerialRadioNet.h"
 #include "support/FarEnd.h"
-#include "support/TestSupport.h"
+#include "support/MainHarness.h"
 
 #include <QAbstractButton>
 #include <QComboBox>
