@@ -5,8 +5,8 @@
 #include "Sections.h"
 #include "config/Globale.h"
 #include "platform/HandlerGuard.h"
-#include "radionet/gui/Pause.h"
 #include "radionet/SimulatedRadioNet.h"
+#include "radionet/gui/Pause.h"
 
 #include <QAbstractEventDispatcher>
 #include <QApplication>

@@ -3,8 +3,8 @@
 #include "config/Globale.h"
 #include "config/IniFile.h"
 #include "platform/Numeric.h"
-#include "radionet/gui/Pause.h"
 #include "radionet/RadioNetControl.h"
+#include "radionet/gui/Pause.h"
 
 #include <QCheckBox>
 #include <QComboBox>

@@ -2,8 +2,8 @@
 
 #include "config/Globale.h"
 #include "platform/Numeric.h"
-#include "radionet/gui/LinkStatus.h"
 #include "radionet/RadioNetControl.h"
+#include "radionet/gui/LinkStatus.h"
 #include "satellites/SatelliteFields.h"
 #include "satellites/SatelliteView.h"
 

@@ -1,8 +1,8 @@
 #include "config/gui/FileCommands.h"
 
 #include "config/ConfigFile.h"
-#include "config/gui/GeneralFields.h"
 #include "config/Globale.h"
+#include "config/gui/GeneralFields.h"
 #include "platform/Numeric.h"
 #include "radionet/RadioNetControl.h"
 #include "satellites/SatelliteView.h"

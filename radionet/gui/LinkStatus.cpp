@@ -1,8 +1,8 @@
 #include "radionet/gui/LinkStatus.h"
 
 #include "config/Globale.h"
-#include "radionet/gui/Pause.h"
 #include "radionet/RadioNetControl.h"
+#include "radionet/gui/Pause.h"
 
 #include <QLabel>
 

@@ -1,10 +1,10 @@
 #include "radionet/gui/NetworkEvents.h"
 
 #include "config/Globale.h"
-#include "platform/gui/FlexGrid.h"
 #include "platform/Numeric.h"
-#include "radionet/gui/LinkStatus.h"
+#include "platform/gui/FlexGrid.h"
 #include "radionet/RadioNetControl.h"
+#include "radionet/gui/LinkStatus.h"
 #include "satellites/SatelliteView.h"
 
 #include <QLabel>

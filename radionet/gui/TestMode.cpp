@@ -1,11 +1,11 @@
 #include "radionet/gui/TestMode.h"
 
 #include "config/Globale.h"
-#include "platform/gui/FlexGrid.h"
 #include "platform/Numeric.h"
+#include "platform/gui/FlexGrid.h"
+#include "radionet/RadioNetControl.h"
 #include "radionet/gui/LinkStatus.h"
 #include "radionet/gui/Pause.h"
-#include "radionet/RadioNetControl.h"
 #include "satellites/SatelliteFields.h"
 
 #include <QLabel>
