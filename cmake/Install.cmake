@@ -12,6 +12,7 @@
 #   <prefix>/share/applications/norvale-setup.desktop
 #   <prefix>/share/icons/hicolor/*/apps/norvale-setup.{png,svg}
 #   <prefix>/share/mime/packages/norvale-setup.xml (".nvl" files)
+#   <prefix>/share/doc/norvale-setup/examples      the demo network's file and scenario
 #
 # The program keeps "Setup.ini" beside itself, so the default prefix is ~/.local,
 # where the user owns every folder; the package uses /usr, where the program's
@@ -81,6 +82,9 @@ install(FILES ${PROJECT_SOURCE_DIR}/desktop/icons/norvale-setup.svg
         DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/icons/hicolor/scalable/apps)
 install(FILES ${PROJECT_SOURCE_DIR}/desktop/norvale-setup.xml
         DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/mime/packages)
+# What the emulator and the command line are first tried with, away from the source tree.
+install(FILES ${PROJECT_SOURCE_DIR}/examples/demo.nvl ${PROJECT_SOURCE_DIR}/examples/demo-air.ini
+        DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/norvale-setup/examples)
 # The desktop entry names the program by its full installed path; the script
 # also refreshes the desktop's caches.
 configure_file(${CMAKE_CURRENT_LIST_DIR}/InstallDesktopEntry.cmake.in

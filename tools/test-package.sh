@@ -109,7 +109,7 @@ deb)
     check "package version is the program's version $version" \
         test "$(dpkg-deb --field "$deb" Version)" = "$version"
     depends=$(dpkg-deb --field "$deb" Depends)
-    for lib in libqt6core6 libqt6gui6 libqt6widgets6; do
+    for lib in libqt6core6 libqt6gui6 libqt6widgets6 libqt6serialport6; do
         check "package depends on $lib" grep -q "\b$lib\b" <<<"$depends"
     done
     check "package recommends a system-information tool" \
@@ -172,6 +172,21 @@ for link in "${links[@]}"; do
     check "the link $name is relative" \
         test "$(readlink "$link")" = "$(realpath -m --relative-to="$prefix/bin" "$program_dir/$name")"
 done
+# The command line against the emulator on a pseudo-terminal, both installed, with
+# the installed examples: the survey finds the absent satellite and the PDF module
+# beside the programs paints the report.
+examples="$prefix/share/doc/norvale-setup/examples"
+check "the examples are installed" test -f "$examples/demo.nvl" -a -f "$examples/demo-air.ini"
+if [[ -x $program_dir/norvale-netsim && -x $program_dir/norvale-cli ]]; then
+    coproc netsim { exec "$program_dir/norvale-netsim" --pty --scenario "$examples/demo-air.ini"; }
+    read -r -t 15 device <&"${netsim[0]}"
+    XDG_RUNTIME_DIR=$scratch "$program_dir/norvale-cli" survey "$examples/demo.nvl" --link serial \
+        --port "$device" --report "$scratch/site.pdf" >"$scratch/survey.txt" 2>&1
+    check "norvale-cli surveys the example over the emulator's line: one satellite missing" \
+        test $? -eq 1 -a "$(grep -c matches "$scratch/survey.txt")" -eq 3
+    check "norvale-cli writes the PDF report" test "$(head -c 4 "$scratch/site.pdf")" = "%PDF"
+    [[ -n ${netsim_PID:-} ]] && stop "$netsim_PID"
+fi
 for size in 16 24 32 48 64 128 256; do
     check "icon ${size}x${size}" test -s "$data/icons/hicolor/${size}x${size}/apps/norvale-setup.png"
 done
