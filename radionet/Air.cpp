@@ -121,7 +121,8 @@ bool Air::configure(qint16 address, qint16 newSatId, qint16 interfaceCode, qint3
     if (!target)
         return false;
     target->satellite.satId = newSatId;
-    target->satellite.interfaceCode = interfaceCode;
+    if (!target->satellite.interfaceFixed)
+        target->satellite.interfaceCode = interfaceCode;
     target->satellite.enabled = enabled;
     return true;
 }

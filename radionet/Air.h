@@ -14,6 +14,9 @@ struct OnAirSatellite { // a satellite on the air, as the radio sees it
     qint16 rfVersionMajor = 2, rfVersionMinor = 5;
     qint16 rxFree = 28, txFree = 30;
     bool answers = true; // false: it stays silent
+    // Its interface is set on the satellite itself (a jumper): a configuration
+    // changes the rest and leaves the interface as it is.
+    bool interfaceFixed = false;
 };
 
 // The satellites on the air and how they answer: one model of the radio, played by

@@ -72,6 +72,7 @@ OnAirSatellite satelliteOf(const Reader &r) {
     s.rxFree = qint16(r.number("RxFree", 28, 0, 32767));
     s.txFree = qint16(r.number("TxFree", 30, 0, 32767));
     s.answers = r.number("Silent", 0, 0, 1) == 0;
+    s.interfaceFixed = r.number("InterfaceFixed", 0, 0, 1) == 1;
     return s;
 }
 

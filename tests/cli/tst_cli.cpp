@@ -188,12 +188,15 @@ private slots:
         write("arrives.ini", lossy + "[Air]\nSeed=7\n");
         write("lost.ini", lossy + "[Air]\nSeed=1\n");
         write("taken.ini", air({"3/1/1", "7/1/1"}));
+        write("jumpered.ini", air({"3/1/1"}) + "InterfaceFixed=1\n");
         const QStringList configure{"configure",   "--sat",  "3",         "--new-id", "7",
                                     "--interface", "RS-485", "--timeout", "1",        "--scenario"};
         row("confirmed", configure + QStringList{"arrives.ini"}, 0,
             "Sat ID 3 is now Sat ID 7, RS-485, enabled: read back and confirmed");
         row("lost on the way", configure + QStringList{"lost.ini"}, 1,
             "Nothing answers to Sat ID 7 after the change: not confirmed");
+        row("read back otherwise", configure + QStringList{"jumpered.ini"}, 1,
+            "Sat ID 7 answers with RS-232, enabled, not RS-485, enabled as sent: not confirmed");
         row("new Sat ID taken", configure + QStringList{"taken.ini"}, 1,
             "Sat ID 7 already answers on the air: nothing sent");
 
