@@ -13,7 +13,7 @@ namespace {
 
 using Command = Invocation::Command;
 
-struct OptionSpec {
+struct OptionInfo {
     const char *name;
     const char *value; // the value's name in the help; nullptr: a switch
     const char *help;  // text key
@@ -21,25 +21,25 @@ struct OptionSpec {
 
 // Every option of every command; the commands pick theirs by name.
 constexpr std::array options{
-    OptionSpec{"json", nullptr, "CliOptJson"},
-    OptionSpec{"sat", "ID", "CliOptSat"},
-    OptionSpec{"new-id", "N", "CliOptNewId"},
-    OptionSpec{"interface", "RS-232|RS-485", "CliOptInterface"},
-    OptionSpec{"enabled", "0|1", "CliOptEnabled"},
-    OptionSpec{"rounds", "N", "CliOptRounds"},
-    OptionSpec{"report", "FILE.html|.pdf|.json", "CliOptReport"},
-    OptionSpec{"link", "simulated|serial", "CliOptLink"},
-    OptionSpec{"port", "DEVICE", "CliOptPort"},
-    OptionSpec{"baud", "N", "CliOptBaud"},
-    OptionSpec{"timeout", "MS", "CliOptTimeout"},
-    OptionSpec{"scenario", "FILE", "CliOptScenario"},
-    OptionSpec{"lang", "en|fr", "CliOptLang"},
-    OptionSpec{"help", nullptr, "CliOptHelp"},
+    OptionInfo{"json", nullptr, "CliOptJson"},
+    OptionInfo{"sat", "ID", "CliOptSat"},
+    OptionInfo{"new-id", "N", "CliOptNewId"},
+    OptionInfo{"interface", "RS-232|RS-485", "CliOptInterface"},
+    OptionInfo{"enabled", "0|1", "CliOptEnabled"},
+    OptionInfo{"rounds", "N", "CliOptRounds"},
+    OptionInfo{"report", "FILE.html|.pdf|.json", "CliOptReport"},
+    OptionInfo{"link", "simulated|serial", "CliOptLink"},
+    OptionInfo{"port", "DEVICE", "CliOptPort"},
+    OptionInfo{"baud", "N", "CliOptBaud"},
+    OptionInfo{"timeout", "MS", "CliOptTimeout"},
+    OptionInfo{"scenario", "FILE", "CliOptScenario"},
+    OptionInfo{"lang", "en|fr", "CliOptLang"},
+    OptionInfo{"help", nullptr, "CliOptHelp"},
 };
 
 const QStringList networkOptions{"link", "port", "baud", "timeout", "scenario"};
 
-struct CommandSpec {
+struct CommandInfo {
     const char *name;
     Command command;
     const char *arguments; // as the help shows them
@@ -49,12 +49,12 @@ struct CommandSpec {
     const char *help;     // text key
 };
 
-const std::array<CommandSpec, 8> &commands() {
-    static const std::array<CommandSpec, 8> all{
-        CommandSpec{"check", Command::Check, "FILE...", 1, 1 << 20, {}, {}, "CliCmdCheck"},
-        CommandSpec{"show", Command::Show, "FILE [--json]", 1, 1, {"json"}, {}, "CliCmdShow"},
-        CommandSpec{"diff", Command::Diff, "FILE FILE", 2, 2, {}, {}, "CliCmdDiff"},
-        CommandSpec{"detect",
+const std::array<CommandInfo, 8> &commands() {
+    static const std::array<CommandInfo, 8> all{
+        CommandInfo{"check", Command::Check, "FILE...", 1, 1 << 20, {}, {}, "CliCmdCheck"},
+        CommandInfo{"show", Command::Show, "FILE [--json]", 1, 1, {"json"}, {}, "CliCmdShow"},
+        CommandInfo{"diff", Command::Diff, "FILE FILE", 2, 2, {}, {}, "CliCmdDiff"},
+        CommandInfo{"detect",
                     Command::Detect,
                     "[--sat ID]",
                     0,
@@ -62,7 +62,7 @@ const std::array<CommandSpec, 8> &commands() {
                     QStringList{"sat"} + networkOptions,
                     {},
                     "CliCmdDetect"},
-        CommandSpec{"read",
+        CommandInfo{"read",
                     Command::Read,
                     "--sat ID",
                     0,
@@ -70,7 +70,7 @@ const std::array<CommandSpec, 8> &commands() {
                     QStringList{"sat"} + networkOptions,
                     {"sat"},
                     "CliCmdRead"},
-        CommandSpec{"survey",
+        CommandInfo{"survey",
                     Command::Survey,
                     "FILE [--report FILE]",
                     1,
@@ -78,7 +78,7 @@ const std::array<CommandSpec, 8> &commands() {
                     QStringList{"report"} + networkOptions,
                     {},
                     "CliCmdSurvey"},
-        CommandSpec{"configure",
+        CommandInfo{"configure",
                     Command::Configure,
                     "--sat ID --new-id N",
                     0,
@@ -86,7 +86,7 @@ const std::array<CommandSpec, 8> &commands() {
                     QStringList{"sat", "new-id", "interface", "enabled"} + networkOptions,
                     {"sat", "new-id"},
                     "CliCmdConfigure"},
-        CommandSpec{"test",
+        CommandInfo{"test",
                     Command::Test,
                     "FILE --rounds N",
                     1,
@@ -98,18 +98,18 @@ const std::array<CommandSpec, 8> &commands() {
     return all;
 }
 
-const CommandSpec *commandNamed(const QString &name) {
-    for (const CommandSpec &spec : commands()) {
-        if (name == QLatin1String(spec.name))
-            return &spec;
+const CommandInfo *commandNamed(const QString &name) {
+    for (const CommandInfo &entry : commands()) {
+        if (name == QLatin1String(entry.name))
+            return &entry;
     }
     return nullptr;
 }
 
-const OptionSpec *optionNamed(const QString &name) {
-    for (const OptionSpec &spec : options) {
-        if (name == QLatin1String(spec.name))
-            return &spec;
+const OptionInfo *optionNamed(const QString &name) {
+    for (const OptionInfo &entry : options) {
+        if (name == QLatin1String(entry.name))
+            return &entry;
     }
     return nullptr;
 }
@@ -228,20 +228,20 @@ OwnTexts::Language languageOf(const QStringList &arguments, const QString &lang)
 std::optional<Invocation> parseArguments(const QStringList &arguments, OwnTexts::Language language,
                                          const Wording &words, QString &error) {
     QCommandLineParser parser;
-    for (const OptionSpec &spec : options) {
-        QStringList names{QLatin1String(spec.name)};
-        if (std::strcmp(spec.name, "help") == 0)
+    for (const OptionInfo &entry : options) {
+        QStringList names{QLatin1String(entry.name)};
+        if (std::strcmp(entry.name, "help") == 0)
             names.prepend(QStringLiteral("h"));
-        parser.addOption(spec.value
-                             ? QCommandLineOption(names, QString(), QLatin1String(spec.value))
+        parser.addOption(entry.value
+                             ? QCommandLineOption(names, QString(), QLatin1String(entry.value))
                              : QCommandLineOption(names));
     }
     // Qt's own message for a value left out is English only.
     for (qsizetype i = 0; i < arguments.size(); ++i) {
-        const OptionSpec *spec = arguments[i].startsWith(QLatin1String("--"))
-                                     ? optionNamed(arguments[i].mid(2))
-                                     : nullptr;
-        if (spec && spec->value && i + 1 == arguments.size()) {
+        const OptionInfo *entry = arguments[i].startsWith(QLatin1String("--"))
+                                      ? optionNamed(arguments[i].mid(2))
+                                      : nullptr;
+        if (entry && entry->value && i + 1 == arguments.size()) {
             error = words("CliNeedsValue", arguments[i]);
             return std::nullopt;
         }
@@ -280,7 +280,7 @@ std::optional<Invocation> parseArguments(const QStringList &arguments, OwnTexts:
         inv.helpFor = positional.value(0);
         return inv;
     }
-    const CommandSpec *command = commandNamed(inv.name);
+    const CommandInfo *command = commandNamed(inv.name);
     if (!command) {
         error = words("CliUnknownCommand", inv.name);
         return std::nullopt;
@@ -296,7 +296,7 @@ std::optional<Invocation> parseArguments(const QStringList &arguments, OwnTexts:
         const QString longName = name == u"h" ? QStringLiteral("help") : name;
         if (longName == u"lang" || longName == u"help" || command->options.contains(longName))
             continue;
-        for (const CommandSpec &other : commands()) {
+        for (const CommandInfo &other : commands()) {
             if (other.options.contains(longName)) {
                 error = words("CliOptionElsewhere", longName, QLatin1String(other.name), inv.name);
                 return std::nullopt;
@@ -330,29 +330,29 @@ QString helpText(const QString &command, const Wording &words) {
     const auto optionLines = [&](const QStringList &names) {
         QList<QStringList> rows;
         for (const QString &name : names) {
-            const OptionSpec *spec = optionNamed(name);
+            const OptionInfo *entry = optionNamed(name);
             QString form = QStringLiteral("  --") + name;
-            if (spec->value)
-                form += u' ' + QLatin1String(spec->value);
-            rows.append({form, words(spec->help)});
+            if (entry->value)
+                form += u' ' + QLatin1String(entry->value);
+            rows.append({form, words(entry->help)});
         }
         return rows;
     };
     QList<QStringList> rows;
-    if (const CommandSpec *spec = commandNamed(command)) {
+    if (const CommandInfo *entry = commandNamed(command)) {
         QString usage = QStringLiteral("norvale-cli ") + command;
-        if (*spec->arguments)
-            usage += u' ' + QLatin1String(spec->arguments);
+        if (*entry->arguments)
+            usage += u' ' + QLatin1String(entry->arguments);
         lines << words("CliUsage", usage + QStringLiteral(" [options]")) << QString()
-              << words(spec->help) << QString() << words("CliOptions");
-        rows = optionLines(spec->options + QStringList{"lang", "help"});
+              << words(entry->help) << QString() << words("CliOptions");
+        rows = optionLines(entry->options + QStringList{"lang", "help"});
     } else {
         lines << words("CliUsage", QStringLiteral("norvale-cli COMMAND [options]")) << QString()
               << words("CliProgram") << QString() << words("CliCommands");
-        for (const CommandSpec &spec : commands())
-            rows.append({QStringLiteral("  ") + QLatin1String(spec.name) + u' ' +
-                             QLatin1String(spec.arguments),
-                         words(spec.help)});
+        for (const CommandInfo &entry : commands())
+            rows.append({QStringLiteral("  ") + QLatin1String(entry.name) + u' ' +
+                             QLatin1String(entry.arguments),
+                         words(entry.help)});
         rows.append({QString()});
         rows.append({words("CliOptions")});
         rows += optionLines(networkOptions + QStringList{"lang", "help"});
