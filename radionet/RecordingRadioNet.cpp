@@ -27,18 +27,15 @@ public:
     }
 
     void Detect() override {
-        if (recording_)
-            log_.call(What::Detect, SatId());
+        noteRequest(What::Detect);
         satellite_->Detect();
     }
     void RequestConfig() override {
-        if (recording_)
-            log_.call(What::RequestConfig, SatId());
+        noteRequest(What::RequestConfig);
         satellite_->RequestConfig();
     }
     void RequestStatus() override {
-        if (recording_)
-            log_.call(What::RequestStatus, SatId());
+        noteRequest(What::RequestStatus);
         satellite_->RequestStatus();
     }
     void Configure() override {
@@ -59,6 +56,11 @@ public:
     }
 
 private:
+    void noteRequest(What what) {
+        if (recording_)
+            log_.call(what, SatId());
+    }
+
     SatellitePtr satellite_;
     NetworkLog &log_;
     const bool &recording_;
